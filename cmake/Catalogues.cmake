@@ -1,0 +1,21 @@
+# Compiles locale/<language>/<domain>.po to share/locale below the build folder, and installs it.
+find_program(MSGFMT msgfmt REQUIRED)
+
+function(wakeloft_catalogues domain)
+  file(GLOB catalogues CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*/${domain}.po)
+  set(compiled "")
+  foreach(catalogue IN LISTS catalogues)
+    cmake_path(GET catalogue PARENT_PATH folder)
+    cmake_path(GET folder FILENAME language)
+    set(output ${PROJECT_BINARY_DIR}/share/locale/${language}/LC_MESSAGES/${domain}.mo)
+    add_custom_command(
+      OUTPUT ${output}
+      COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/share/locale/${language}/LC_MESSAGES
+      COMMAND ${MSGFMT} --check --output-file=${output} ${catalogue}
+      DEPENDS ${catalogue}
+      VERBATIM)
+    install(FILES ${output} DESTINATION ${CMAKE_INSTALL_LOCALEDIR}/${language}/LC_MESSAGES)
+    list(APPEND compiled ${output})
+  endforeach()
+  add_custom_target(catalogues-${domain} ALL DEPENDS ${compiled})
+endfunction()

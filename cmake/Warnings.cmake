@@ -1,0 +1,13 @@
+# One set of warnings, hardening and sanitizer flags for every target of ours.
+add_library(wakeloft-options INTERFACE)
+target_compile_options(wakeloft-options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 finds overlapping copies in `"text" + std::string` where there are none (its bug 105651).
+  target_compile_options(wakeloft-options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
+endif()
+target_link_options(wakeloft-options INTERFACE -Wl,--as-needed -Wl,-z,relro -Wl,-z,now)
+if(WAKELOFT_SANITIZE)
+  target_compile_options(wakeloft-options INTERFACE -fsanitize=${WAKELOFT_SANITIZE} -fno-sanitize-recover=all
+                                                    -fno-omit-frame-pointer)
+  target_link_options(wakeloft-options INTERFACE -fsanitize=${WAKELOFT_SANITIZE})
+endif()
