@@ -1,0 +1,19 @@
+#pragma once
+
+#include "support/Error.h"
+
+#include <expected>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+namespace wakeloft {
+
+/// The whole file, nothing when there is none. A folder, a device or more than a megabyte is an error.
+std::expected<std::optional<std::string>, PlatformError> readWholeFile(const std::filesystem::path& path);
+
+/// Replaces the file at `path` by one with `text`, making its folder where missing: after a crash or a full
+/// disk there is the old file or the new one, whole. Readable by the user alone. A link is followed.
+std::expected<void, PlatformError> replaceFile(const std::filesystem::path& path, const std::string& text);
+
+} // namespace wakeloft

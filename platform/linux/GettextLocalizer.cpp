@@ -1,0 +1,96 @@
+#include "GettextLocalizer.h"
+
+#include <libintl.h>
+#include <unicode/locid.h>
+
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+namespace wakeloft {
+
+namespace {
+
+constexpr const char* standardDomain = "Wakeloft";
+constexpr const char* deepwakeDomain = "Deepwake";
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+/// The environment's locale for messages or formats, as POSIX orders its variables.
+std::string environmentLocale(const char* category) {
+    for (const char* name : {"LC_ALL", category, "LANG"})
+        if (auto value = environment(name); !value.empty())
+            return value;
+    return "C";
+}
+
+bool isPlain(std::string_view locale) {
+    return locale == "C" || locale == "POSIX" || locale.starts_with("C.");
+}
+
+/// The `Language:` line of the catalogue that serves.
+std::string catalogueLanguage() {
+    const std::string_view header = dgettext(standardDomain, "");
+    constexpr std::string_view field = "Language: ";
+    const auto start = header.find(field);
+    if (start == std::string_view::npos)
+        return "en";
+    const auto rest = header.substr(start + field.size());
+    return std::string(rest.substr(0, rest.find('\n')));
+}
+
+Locale withRegion(const std::string& language, const std::string& formats) {
+    const icu::Locale wanted(language.c_str());
+    if (*wanted.getCountry() != '\0' || isPlain(formats))
+        return {language};
+    const icu::Locale user(formats.substr(0, formats.find('.')).c_str());
+    return {*user.getCountry() == '\0' ? language : language + "_" + user.getCountry()};
+}
+
+} // namespace
+
+GettextLocalizer::GettextLocalizer(const std::filesystem::path& catalogues) {
+    // A list of its own: the user's languages, then this edition's English wording.
+    auto languages = environment("LANGUAGE");
+    const auto messages = environmentLocale("LC_MESSAGES");
+    if (languages.empty() && !isPlain(messages))
+        languages = messages.substr(0, messages.find('.'));
+    languages.append(languages.empty() ? "en" : ":en");
+    setenv("LANGUAGE", languages.c_str(), 1);
+    // Catalogues are off in the "C" locale, and setlocale refuses one that the system has not generated.
+    const char* set = std::setlocale(LC_MESSAGES, "");
+    if ((set == nullptr || isPlain(set)) && std::setlocale(LC_MESSAGES, "C.UTF-8") == nullptr)
+        std::fputs("Wakeloft: the system has no C.UTF-8 locale, so texts stay untranslated.\n", stderr);
+    for (const char* domain : {standardDomain, deepwakeDomain}) {
+        bindtextdomain(domain, catalogues.c_str());
+        bind_textdomain_codeset(domain, "UTF-8");
+    }
+    locale_ = withRegion(catalogueLanguage(), environmentLocale("LC_TIME"));
+}
+
+std::string GettextLocalizer::text(Table table, const char* key) const {
+    return dgettext(table == Table::deepwake ? deepwakeDomain : standardDomain, key);
+}
+
+bool GettextLocalizer::isRightToLeft() const {
+    return icu::Locale(locale_.identifier.c_str()).isRightToLeft() != 0;
+}
+
+std::filesystem::path catalogueFolder() {
+    std::error_code error;
+    const auto executable = std::filesystem::read_symlink("/proc/self/exe", error);
+    for (auto folder = executable.parent_path(); folder.has_relative_path(); folder = folder.parent_path())
+        if (auto catalogues = folder / "share/locale";
+            std::filesystem::exists(catalogues / "en/LC_MESSAGES/Wakeloft.mo", error))
+            return catalogues;
+    std::fputs("Wakeloft: its translations are not installed, so its texts stay in their raw English.\n",
+               stderr);
+    return {};
+}
+
+} // namespace wakeloft

@@ -1,0 +1,126 @@
+#include "JsonUserDefaults.h"
+
+#include "AtomicFile.h"
+#include "Bus.h"
+#include "JsonSettings.h"
+
+#include <cstdlib>
+#include <utility>
+
+namespace wakeloft {
+
+std::expected<std::filesystem::path, PlatformError> settingsPath() {
+    constexpr const char* file = "wakeloft/settings.json";
+    // A relative folder is to be ignored, says the base directory specification.
+    if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && *folder == '/')
+        return std::filesystem::path(folder) / file;
+    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
+        return std::filesystem::path(home) / ".config" / file;
+    return std::unexpected(
+        PlatformError{"", 0, "There is no home folder, so Wakeloft cannot keep its settings."});
+}
+
+JsonUserDefaults::JsonUserDefaults(std::filesystem::path path, MainRunLoop& loop)
+    : path_(std::move(path)), loop_(loop) {
+    read();
+}
+
+JsonUserDefaults::~JsonUserDefaults() {
+    write();
+}
+
+std::optional<DefaultsValue> JsonUserDefaults::value(const std::string& key) const {
+    const auto found = values_.find(key);
+    return found == values_.end() ? std::nullopt : std::optional(found->second);
+}
+
+void JsonUserDefaults::set(const std::string& key, DefaultsValue value) {
+    const auto [entry, isNew] = values_.try_emplace(key, value);
+    if (!isNew && entry->second == value)
+        return;
+    entry->second = std::move(value);
+    changed();
+}
+
+void JsonUserDefaults::remove(const std::string& key) {
+    if (values_.erase(key) > 0)
+        changed();
+}
+
+// Several changes of one turn are written once, and the click that caused them does not wait for the disk.
+void JsonUserDefaults::changed() {
+    isDirty_ = true;
+    if (std::exchange(isWritePending_, true))
+        return;
+    loop_.perform(lifetime_.guard([this] {
+        isWritePending_ = false;
+        write();
+    }));
+}
+
+void JsonUserDefaults::write() {
+    if (!isDirty_)
+        return;
+    auto written = writeFile();
+    isDirty_ = !written;
+    auto trouble = written ? std::nullopt : std::optional(std::move(written.error()));
+    if (std::exchange(writeTrouble_, trouble) != trouble)
+        troubleChanged_.emit();
+}
+
+void JsonUserDefaults::read() {
+    auto text = readWholeFile(path_);
+    if (text && !*text)
+        return;
+    std::string why;
+    if (text) {
+        seen_ = **text;
+        if (auto values = settingsFromJson(**text)) {
+            values_ = std::move(*values);
+            return;
+        } else {
+            why = values.error();
+        }
+    } else {
+        why = text.error().description;
+    }
+    const auto kept = keepAside();
+    readTrouble_ = PlatformError{
+        "settings", 0,
+        "Your settings could not be read (" + why + "), so Wakeloft starts with its defaults. " +
+            (kept ? "The file is kept as " + kept->string() + "." : kept.error().description)};
+    if (kept)
+        seen_.clear();
+}
+
+std::expected<void, PlatformError> JsonUserDefaults::writeFile() {
+    const auto onDisk = readWholeFile(path_);
+    // Somebody else's file, or one that could not be moved out of the way at the start, is not overwritten.
+    if (!onDisk || onDisk->value_or("") != seen_)
+        if (auto kept = keepAside(); !kept)
+            return std::unexpected(std::move(kept.error()));
+    std::string text = jsonFromSettings(values_);
+    auto replaced = replaceFile(path_, text);
+    if (replaced)
+        seen_ = std::move(text);
+    return replaced;
+}
+
+std::expected<std::filesystem::path, PlatformError> JsonUserDefaults::keepAside() const {
+    constexpr int mostTries = 1000;
+    std::error_code error;
+    for (int number = 1; number < mostTries; ++number) {
+        auto name = path_;
+        name += ".kept-" + std::to_string(number);
+        if (std::filesystem::exists(std::filesystem::symlink_status(name, error)))
+            continue;
+        std::filesystem::rename(path_, name, error);
+        if (!error || error == std::errc::no_such_file_or_directory)
+            return name;
+        return std::unexpected(busFailure("Cannot keep " + path_.string() + " aside", -error.value()));
+    }
+    return std::unexpected(
+        PlatformError{"settings", 0, "Too many settings files are kept beside " + path_.string() + "."});
+}
+
+} // namespace wakeloft

@@ -1,0 +1,232 @@
+#include "SessionInhibitor.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+namespace wakeloft {
+
+namespace {
+
+enum class Dialect { sessionManager, powerManagement, portal };
+
+struct Service {
+    const char* name;
+    const char* path;
+    const char* interface;
+    Dialect dialect;
+};
+
+// In the order of preference. The last name is watched only, never asked.
+constexpr std::array<Service, 5> services = {{
+    {"org.gnome.SessionManager", "/org/gnome/SessionManager", "org.gnome.SessionManager",
+     Dialect::sessionManager},
+    {"org.mate.SessionManager", "/org/mate/SessionManager", "org.mate.SessionManager",
+     Dialect::sessionManager},
+    {"org.freedesktop.PowerManagement", "/org/freedesktop/PowerManagement/Inhibit",
+     "org.freedesktop.PowerManagement.Inhibit", Dialect::powerManagement},
+    {"org.freedesktop.portal.Desktop", "/org/freedesktop/portal/desktop", "org.freedesktop.portal.Inhibit",
+     Dialect::portal},
+    {"org.kde.Solid.PowerManagement", "", "", Dialect::powerManagement},
+}};
+constexpr std::size_t kdePowerManagement = 4;
+constexpr std::uint32_t inhibitSuspend = 4; // the session managers' and the portal's flag
+
+// Outside a sandbox the portal answers before it asks anybody, so its answer says nothing.
+bool isSandboxed() {
+    return access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") != nullptr;
+}
+
+} // namespace
+
+SessionInhibitor::SessionInhibitor(sd_bus* sessionBus, std::string who, std::string why,
+                                   std::function<void()> changed)
+    : bus_(sessionBus), who_(std::move(who)), why_(std::move(why)), changed_(std::move(changed)) {
+    static_assert(services.size() == nameCount);
+    if (bus_ == nullptr)
+        return;
+    for (std::size_t name = 0; name < nameCount; ++name) {
+        auto watch = watchBusName(bus_, services[name].name,
+                                  [this, name](std::string owner) { ownerChanged(name, std::move(owner)); });
+        if (watch)
+            watches_[name] = std::move(*watch);
+        else
+            hold_.trouble = watch.error();
+    }
+}
+
+SessionInhibitor::~SessionInhibitor() {
+    release();
+}
+
+const Hold& SessionInhibitor::take() {
+    isWanted_ = true;
+    if (hold_.isHeld())
+        return hold_;
+    if (bus_ != nullptr && !areOwnersKnown_)
+        learnOwners();
+    const auto service = firstService();
+    if (!service) {
+        hold_.state = Hold::State::absent;
+        return hold_;
+    }
+    const auto call = inhibitCall(*service);
+    auto reply = call != nullptr
+                     ? callBus(bus_, call.get(), "The desktop refused to hold off sleep")
+                     : std::unexpected(busFailure("The desktop cannot be asked to hold off sleep", -ENOMEM));
+    if (reply)
+        accept(*service, reply->get());
+    else
+        hold_ = {Hold::State::failed, reply.error()};
+    return hold_;
+}
+
+void SessionInhibitor::release() {
+    isWanted_ = false;
+    hold_ = {};
+    if (cookie_)
+        letGo(*std::exchange(cookie_, std::nullopt));
+}
+
+bool SessionInhibitor::isKdePowerManagementRunning() {
+    if (bus_ != nullptr && !areOwnersKnown_)
+        learnOwners();
+    return !owners_[kdePowerManagement].empty();
+}
+
+// One call for all names; each later change is told by its watch.
+void SessionInhibitor::learnOwners() {
+    BusError error;
+    sd_bus_message* reply = nullptr;
+    const int result = sd_bus_call_method(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                          "org.freedesktop.DBus", "ListNames", error.get(), &reply, nullptr);
+    const BusMessage owned(reply);
+    if (result < 0) {
+        hold_.trouble = busFailure("The services of this session cannot be listed", error.get(), result);
+        return;
+    }
+    areOwnersKnown_ = true;
+    if (sd_bus_message_enter_container(reply, 'a', "s") < 0)
+        return;
+    const char* name = nullptr;
+    while (sd_bus_message_read(reply, "s", &name) > 0)
+        for (std::size_t index = 0; index < nameCount; ++index)
+            if (std::string_view(name) == services[index].name && owners_[index].empty())
+                owners_[index] = name;
+}
+
+void SessionInhibitor::ownerChanged(std::size_t name, std::string newOwner) {
+    owners_[name] = std::move(newOwner);
+    if (!isWanted_ || name == kdePowerManagement)
+        return;
+    if (cookie_ && cookie_->service == name) {
+        cookie_.reset(); // the service that knew it is gone
+        hold_ = {};
+    }
+    if (!hold_.isHeld() && pending_ == nullptr)
+        takeLater();
+    changed_();
+}
+
+std::optional<std::size_t> SessionInhibitor::firstService() const {
+    for (std::size_t index = 0; index < kdePowerManagement; ++index)
+        if (!owners_[index].empty() && (services[index].dialect != Dialect::portal || isSandboxed()))
+            return index;
+    return std::nullopt;
+}
+
+BusMessage SessionInhibitor::inhibitCall(std::size_t service) const {
+    const auto& [name, path, interface, dialect] = services[service];
+    sd_bus_message* call = nullptr;
+    int result = sd_bus_message_new_method_call(bus_, &call, name, path, interface, "Inhibit");
+    BusMessage owned(call);
+    if (result >= 0)
+        result = sd_bus_message_set_auto_start(call, 0);
+    if (result >= 0 && dialect == Dialect::sessionManager)
+        result = sd_bus_message_append(call, "susu", who_.c_str(), 0U, why_.c_str(), inhibitSuspend);
+    else if (result >= 0 && dialect == Dialect::powerManagement)
+        result = sd_bus_message_append(call, "ss", who_.c_str(), why_.c_str());
+    else if (result >= 0)
+        result = sd_bus_message_append(call, "sua{sv}", "", inhibitSuspend, 1, "reason", "s", why_.c_str());
+    return result < 0 ? nullptr : std::move(owned);
+}
+
+std::optional<SessionInhibitor::Cookie> SessionInhibitor::cookieIn(std::size_t service,
+                                                                   sd_bus_message* reply) const {
+    Cookie cookie;
+    cookie.service = service;
+    if (services[service].dialect == Dialect::portal) {
+        const char* handle = nullptr;
+        if (sd_bus_message_read(reply, "o", &handle) < 0)
+            return std::nullopt;
+        cookie.handle = handle;
+    } else if (sd_bus_message_read(reply, "u", &cookie.number) < 0) {
+        return std::nullopt;
+    }
+    return cookie;
+}
+
+void SessionInhibitor::accept(std::size_t service, sd_bus_message* reply) {
+    cookie_ = cookieIn(service, reply);
+    if (cookie_)
+        hold_ = {Hold::State::held, std::nullopt};
+    else
+        hold_ = {Hold::State::failed, PlatformError{services[service].name, 0,
+                                                    std::string("The desktop's answer cannot be read (") +
+                                                        services[service].name + ")."}};
+}
+
+void SessionInhibitor::takeLater() {
+    const auto service = firstService();
+    if (!service) {
+        hold_ = {};
+        return;
+    }
+    hold_ = {Hold::State::asking, std::nullopt};
+    const auto call = inhibitCall(*service);
+    auto slot = callBusLater(bus_, call.get(),
+                             [this, index = *service](sd_bus_message* reply) { answered(index, reply); });
+    if (slot)
+        pending_ = std::move(*slot);
+    else
+        hold_ = {Hold::State::failed, slot.error()};
+}
+
+void SessionInhibitor::answered(std::size_t service, sd_bus_message* reply) {
+    pending_.reset();
+    if (const auto* error = sd_bus_message_get_error(reply)) {
+        if (isWanted_ && !cookie_)
+            hold_ = {Hold::State::failed, busFailure("The desktop refused to hold off sleep", error, -EIO)};
+    } else if (isWanted_ && !cookie_) {
+        accept(service, reply);
+    } else if (const auto unwanted = cookieIn(service, reply)) {
+        letGo(*unwanted); // released, or taken anew, while it was on its way
+    }
+    if (isWanted_)
+        changed_();
+}
+
+void SessionInhibitor::letGo(const Cookie& cookie) const {
+    const auto& [name, path, interface, dialect] = services[cookie.service];
+    sd_bus_message* call = nullptr;
+    int result = 0;
+    if (dialect == Dialect::portal) {
+        result = sd_bus_message_new_method_call(bus_, &call, name, cookie.handle.c_str(),
+                                                "org.freedesktop.portal.Request", "Close");
+    } else {
+        const char* method = dialect == Dialect::sessionManager ? "Uninhibit" : "UnInhibit";
+        result = sd_bus_message_new_method_call(bus_, &call, name, path, interface, method);
+        if (result >= 0)
+            result = sd_bus_message_append(call, "u", cookie.number);
+    }
+    const BusMessage owned(call);
+    // Not waited for: a service that is gone, or refuses, has nothing left that could be let go of.
+    if (result >= 0 && sd_bus_message_set_auto_start(call, 0) >= 0 &&
+        sd_bus_message_set_expect_reply(call, 0) >= 0)
+        sd_bus_send(bus_, call, nullptr);
+}
+
+} // namespace wakeloft
