@@ -1,0 +1,79 @@
+#pragma once
+
+#include "status/MenuBarIcon.h"
+#include "support/Date.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace wakeloft {
+
+/// What a click asks for. A view hands it back unread.
+struct PanelAction {
+    enum class Kind { none, openPanel, toggle, startSession, stayAwakeWithoutTimer, turnOff, quit };
+
+    Kind kind = Kind::none;
+    Seconds seconds = 0; ///< of `startSession`: how long
+
+    bool operator==(const PanelAction&) const = default;
+};
+
+struct PanelButton {
+    std::string title;
+    std::string spokenLabel; ///< the accessible name; empty: the title
+    PanelAction action;
+
+    bool operator==(const PanelButton&) const = default;
+};
+
+/// A footnote behind a symbol, with a link-styled button below it where there is something to do.
+struct PanelNotice {
+    enum class Symbol { information, warning };
+
+    Symbol symbol = Symbol::information;
+    std::string text; ///< empty: only the link
+    std::optional<PanelButton> link;
+
+    bool operator==(const PanelNotice&) const = default;
+};
+
+/// Everything that the panel shows, top to bottom. A view draws it and holds no rule and no text.
+struct PanelContent {
+    MenuBarIcon icon;
+    std::string title;
+    std::string spokenStatus; ///< the accessible name of the whole header
+    std::string statusLine;
+    bool statusLineTicks =
+        false; ///< the status line changes every second: ask for the content again while shown
+    std::string explanation;
+    PanelButton mainButton;
+    std::string sessionCaption; ///< above the session buttons; empty: none
+    std::vector<PanelButton> sessionButtons;
+    std::vector<PanelNotice> notices;
+    bool isRightToLeft = false;
+
+    bool operator==(const PanelContent&) const = default;
+};
+
+/// A line of the tray item's menu; no title: a separator.
+struct TrayMenuEntry {
+    std::string title;
+    PanelAction action;
+
+    bool operator==(const TrayMenuEntry&) const = default;
+};
+
+/// Everything that the tray item shows.
+struct TrayContent {
+    MenuBarIcon icon;
+    std::string spokenLabel;
+    std::string toolTipTitle;
+    std::string toolTipText;
+    std::vector<TrayMenuEntry> menu;
+    bool isRightToLeft = false;
+
+    bool operator==(const TrayContent&) const = default;
+};
+
+} // namespace wakeloft
