@@ -37,7 +37,7 @@ class BusError {
     sd_bus_error* get() { return &error_; }
 
   private:
-    sd_bus_error error_ = SD_BUS_ERROR_NULL;
+    sd_bus_error error_{nullptr, nullptr, 0};
 };
 
 /// "`what`: <the bus's text> (<the error's name>)"; `result` is the negative errno of the failed call.

@@ -1,0 +1,324 @@
+#include "PanelView.h"
+#include "ActionButton.h"
+#include "NoticeRow.h"
+#include "PanelHeader.h"
+#include "PanelPlacement.h"
+#include "StatusNotifierItem.h"
+#include "TextBlock.h"
+#include "Theme.h"
+#include "TrayGlyph.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QPainter>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+
+using namespace wakeloft;
+
+namespace {
+
+PanelButton button(std::string title, PanelAction::Kind kind, Seconds seconds = 0) {
+    return {std::move(title), "", {kind, seconds}};
+}
+
+PanelContent offContent() {
+    PanelContent content;
+    content.title = "Wakeloft";
+    content.spokenStatus = "Wakeloft is off";
+    content.statusLine = "Off";
+    content.explanation = "Your computer can sleep as usual.";
+    content.mainButton = button("Turn On", PanelAction::Kind::toggle);
+    content.sessionCaption = "Stay awake for";
+    content.sessionButtons = {button("30 min", PanelAction::Kind::startSession, 1800),
+                              button("1 hr", PanelAction::Kind::startSession, 3600)};
+    content.sessionButtons[0].spokenLabel = "Stay awake for 30 minutes";
+    return content;
+}
+
+/// A panel over content that the test changes, and what it asked for.
+class PanelViewTest : public testing::Test {
+  protected:
+    PanelContent content = offContent();
+    int contentAsked = 0;
+    int opened = 0;
+    std::vector<PanelAction> performed;
+    PanelView view{{.content =
+                        [this] {
+                            ++contentAsked;
+                            return content;
+                        },
+                    .perform = [this](const PanelAction& action) { performed.push_back(action); },
+                    .opened = [this] { ++opened; }}};
+
+    std::vector<ActionButton*> visibleButtons() {
+        std::vector<ActionButton*> found;
+        for (QWidget* child : view.findChildren<QWidget*>())
+            if (auto* candidate = dynamic_cast<ActionButton*>(child);
+                candidate != nullptr && child->isVisible())
+                found.push_back(candidate);
+        return found;
+    }
+
+    ActionButton* visibleButton(const QString& spoken) {
+        for (ActionButton* candidate : visibleButtons())
+            if (QAccessible::queryAccessibleInterface(candidate)->text(QAccessible::Name) == spoken)
+                return candidate;
+        return nullptr;
+    }
+};
+
+TEST_F(PanelViewTest, buildsAndAsksNothingBeforeItIsOpened) {
+    view.refresh();
+    EXPECT_EQ(contentAsked, 0);
+    EXPECT_TRUE(view.children().empty() || view.findChildren<QWidget*>().empty());
+
+    view.openAt({600, 5});
+    EXPECT_EQ(opened, 1);
+    EXPECT_GT(contentAsked, 0);
+    view.hide();
+    contentAsked = 0;
+    view.refresh();
+    EXPECT_EQ(contentAsked, 0);
+}
+
+TEST_F(PanelViewTest, handsEachActionOnWithItsSpokenNameAndByKeyboardAlone) {
+    content.notices = {{PanelNotice::Symbol::warning, "It failed.",
+                        button("Don’t Try Again & Quit", PanelAction::Kind::turnOff)}};
+    view.openAt({600, 5});
+
+    ASSERT_NE(visibleButton("Stay awake for 30 minutes"), nullptr);
+    ASSERT_NE(visibleButton("Don’t Try Again & Quit"), nullptr);
+    QTest::keyClick(view.focusWidget(), Qt::Key_Return); // the main button has the focus at first
+    for (int i = 0; i < 3; ++i) {
+        QTest::keyClick(view.focusWidget(), Qt::Key_Tab);
+        QTest::keyClick(view.focusWidget(), Qt::Key_Space);
+    }
+    EXPECT_EQ(performed, (std::vector<PanelAction>{{PanelAction::Kind::toggle, 0},
+                                                   {PanelAction::Kind::startSession, 1800},
+                                                   {PanelAction::Kind::startSession, 3600},
+                                                   {PanelAction::Kind::turnOff, 0}}));
+
+    const auto headers = view.findChildren<QLabel*>();
+    EXPECT_TRUE(std::ranges::any_of(headers, [](QLabel* label) {
+        const QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(label);
+        return spoken->role() == QAccessible::StaticText &&
+               spoken->text(QAccessible::Name) == "Wakeloft is off" && spoken->childCount() == 0;
+    }));
+}
+
+TEST_F(PanelViewTest, focusMovesToTheMainButtonWhenItsRowGoes) {
+    view.openAt({600, 5});
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&view));
+    visibleButton("1 hr")->setFocus(Qt::TabFocusReason);
+    content.sessionButtons.clear();
+    content.notices = {{PanelNotice::Symbol::information, "", button("Help", PanelAction::Kind::none)}};
+    view.refresh();
+    EXPECT_EQ(view.focusWidget(), visibleButton("Turn On"));
+    EXPECT_TRUE(visibleButton("Turn On")->hasFocusRing());
+    EXPECT_EQ(visibleButton("Help")->height(), 24); // a short link stays on one line
+
+    // Buttons that appear later still come in reading order.
+    content = offContent();
+    content.sessionButtons.push_back(button("2 hr", PanelAction::Kind::startSession, 7200));
+    view.refresh();
+    QTest::keyClick(view.focusWidget(), Qt::Key_Tab);
+    EXPECT_EQ(view.focusWidget(), visibleButton("Stay awake for 30 minutes"));
+    QTest::keyClick(view.focusWidget(), Qt::Key_Backtab);
+    QTest::keyClick(view.focusWidget(), Qt::Key_Backtab);
+    EXPECT_EQ(view.focusWidget(), visibleButton("2 hr"));
+}
+
+TEST_F(PanelViewTest, noTextIsCutHoweverLong) {
+    const std::string compound = "Energieverwaltungsdienstkommunikationsschnittstellenbeschreibung";
+    for (const bool isRightToLeft : {false, true}) {
+        content.isRightToLeft = isRightToLeft;
+        content.explanation = compound + " " + compound;
+        content.mainButton.title = compound;
+        content.sessionButtons = {button("1 Std., 30 Min.", PanelAction::Kind::startSession, 1),
+                                  button(compound, PanelAction::Kind::startSession, 2),
+                                  button("24 Std.", PanelAction::Kind::startSession, 3)};
+        content.notices = {
+            {PanelNotice::Symbol::warning, compound, button(compound, PanelAction::Kind::turnOff)}};
+        view.openAt({600, 5});
+        const QRect inside = view.rect().adjusted(12, 14, -12, -8);
+        for (const QWidget* child : view.findChildren<QWidget*>()) {
+            if (!child->isVisible() ||
+                (!dynamic_cast<const QLabel*>(child) && !dynamic_cast<const ActionButton*>(child)))
+                continue;
+            const QRect place(child->mapTo(&view, QPoint()), child->size());
+            EXPECT_TRUE(inside.contains(place)) << child->accessibleName().toStdString();
+            EXPECT_GE(child->height(), child->heightForWidth(child->width()));
+        }
+        const std::vector<ActionButton*> buttons = visibleButtons();
+        for (size_t i = 0; i < buttons.size(); ++i)
+            for (size_t j = i + 1; j < buttons.size(); ++j) {
+                const QRect a(buttons[i]->mapTo(&view, QPoint()), buttons[i]->size());
+                EXPECT_FALSE(a.intersects({buttons[j]->mapTo(&view, QPoint()), buttons[j]->size()}));
+            }
+        EXPECT_GT(visibleButton(QString::fromStdString(compound))->height(), 36); // it wrapped
+        view.hide();
+        QTest::qWait(250);
+    }
+}
+
+TEST_F(PanelViewTest, ticksOnlyWhileSeenAndCountingAndOncePerSecond) {
+    content.statusLineTicks = true;
+    view.openAt({600, 5});
+    contentAsked = 0;
+    QTest::qWait(2300);
+    const int asked = contentAsked; // the line never changes here: one nudge at most per tick
+    EXPECT_GE(asked, 2);
+    EXPECT_LE(asked, 5);
+
+    content.statusLineTicks = false;
+    view.refresh();
+    contentAsked = 0;
+    QTest::qWait(1200);
+    EXPECT_EQ(contentAsked, 0);
+
+    content.statusLineTicks = true;
+    view.refresh();
+    view.hide();
+    contentAsked = 0;
+    QTest::qWait(1200);
+    EXPECT_EQ(contentAsked, 0);
+}
+
+TEST_F(PanelViewTest, theSamePressDoesNotOpenItAgain) {
+    view.openAt({600, 5});
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_FALSE(view.isVisible());
+    view.openAt({600, 5});
+    EXPECT_FALSE(view.isVisible());
+    QTest::qWait(250);
+    view.openAt({600, 5});
+    EXPECT_TRUE(view.isVisible());
+    view.openAt({600, 5});
+    EXPECT_FALSE(view.isVisible());
+    EXPECT_EQ(opened, 2);
+}
+
+TEST_F(PanelViewTest, anOrdinaryWindowStaysUntilItIsClosed) {
+    view.openAsWindow();
+    EXPECT_FALSE(view.windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_EQ(view.windowTitle(), "Wakeloft");
+    QTest::keyClick(&view, Qt::Key_Escape);
+    EXPECT_TRUE(view.isVisible());
+    view.close();
+    EXPECT_FALSE(view.isVisible());
+    view.openAsWindow();
+    EXPECT_TRUE(view.isVisible());
+    EXPECT_EQ(opened, 2);
+}
+
+TEST(TrustedAnchorTest, aPointerAtAnEdgeCorrectsHostsThatTellARelativePlace) {
+    const QRect screen(0, 0, 1280, 800);
+    EXPECT_EQ(trustedAnchor({0, 27}, QPoint(1208, 14), screen), QPoint(1208, 14));
+    EXPECT_EQ(trustedAnchor({1200, 14}, QPoint(1208, 20), screen), QPoint(1200, 14)); // close enough
+    EXPECT_EQ(trustedAnchor({1200, 14}, QPoint(600, 400), screen), QPoint(1200, 14)); // activated by keyboard
+    EXPECT_EQ(trustedAnchor({9, 14}, std::nullopt, screen), QPoint(9, 14));
+}
+
+TEST(PanelPositionTest, standsBesideTheBarAndInsideTheScreen) {
+    const QSize panel(260, 200);
+    const QRect whole(0, 0, 1280, 800);
+    EXPECT_EQ(panelPosition(panel, {600, 14}, {whole, {0, 28, 1280, 772}}), QPoint(470, 34));
+    EXPECT_EQ(panelPosition(panel, {600, 785}, {whole, {0, 0, 1280, 770}}), QPoint(470, 564));
+    EXPECT_EQ(panelPosition(panel, {1270, 400}, {whole, {0, 0, 1240, 800}}), QPoint(974, 300));
+    EXPECT_EQ(panelPosition(panel, {15, 790}, {whole, {40, 0, 1240, 800}}), QPoint(46, 592));
+    // No bar keeps its space: horizontal bars win in the corners, an item sits in the bar's middle.
+    EXPECT_EQ(panelPosition(panel, {1275, 14}, {whole, whole}), QPoint(1012, 34));
+    // A second screen keeps its own coordinates.
+    EXPECT_EQ(panelPosition(panel, {2500, 14}, {{1280, 0, 1280, 800}, {1280, 28, 1280, 772}}),
+              QPoint(2292, 34));
+    EXPECT_EQ(panelPosition({260, 900}, {600, 785}, {whole, {0, 0, 1280, 770}}).y(), 0);
+    EXPECT_EQ(logicalPoint({2400, 28}, {0, 0, 1280, 800}, 2), QPoint(1200, 14));
+}
+
+double luminance(const QColor& color) {
+    const auto linear = [](double c) {
+        return c <= 0.04045 ? c / 12.92 : std::pow((c + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+    const auto [low, high] = std::minmax({luminance(a), luminance(b)});
+    return (high + 0.05) / (low + 0.05);
+}
+
+TEST(ThemeTest, everyTextIsReadable) {
+    for (const bool isDark : {false, true}) {
+        const QPalette palette = themePalette(isDark);
+        for (const auto& [ink, ground] :
+             {std::pair{role::text, role::background}, std::pair{role::secondaryText, role::background},
+              std::pair{role::link, role::background}, std::pair{role::warning, role::background},
+              std::pair{role::text, role::buttonFill}, std::pair{role::textOnAccent, role::accent}})
+            EXPECT_GE(contrast(palette.color(ink), palette.color(ground)), 4.5) << isDark << ' ' << ink;
+    }
+    EXPECT_GE(contrast(QColor::fromRgb(trayGlyphColor), Qt::white), 4);
+    EXPECT_GE(contrast(QColor::fromRgb(trayGlyphColor), Qt::black), 4);
+}
+
+TEST(TrayGlyphTest, everyStateLooksDifferentAtEverySizeAndIsPlainArgb) {
+    const std::vector<MenuBarIcon> icons{{false, false, false},
+                                         {true, false, false},
+                                         {true, true, false},
+                                         {true, false, true},
+                                         {true, true, true}};
+    std::vector<std::vector<TrayPixmap>> drawn;
+    for (const MenuBarIcon& icon : icons)
+        drawn.push_back(trayPixmaps(icon, QColor(0x10, 0x20, 0x30)));
+    for (size_t i = 0; i < drawn.size(); ++i) {
+        ASSERT_EQ(drawn[i].size(), 5U);
+        for (size_t size = 0; size < 5; ++size) {
+            const TrayPixmap& pixmap = drawn[i][size];
+            ASSERT_EQ(pixmap.bytes.size(), static_cast<size_t>(4 * pixmap.width * pixmap.height));
+            int opaque = 0;
+            for (size_t at = 0; at < pixmap.bytes.size(); at += 4)
+                if (pixmap.bytes[at] == 255) {
+                    ++opaque;
+                    EXPECT_EQ(pixmap.bytes[at + 1], 0x10);
+                    EXPECT_EQ(pixmap.bytes[at + 3], 0x30);
+                }
+            EXPECT_GT(opaque, pixmap.width * pixmap.height / 10);
+            for (size_t other = i + 1; other < drawn.size(); ++other)
+                EXPECT_NE(pixmap, drawn[other][size]);
+        }
+    }
+}
+
+TEST(TextBlockTest, digitsKeepTheirPlaceInAProportionalFont) {
+    const QFont font = QApplication::font();
+    const auto widthOf = [&](const QString& text) {
+        QImage image(200, 40, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        QPainter painter(&image);
+        TextBlock(text, {font, Qt::LeftToRight, false, true}, 200).draw(painter, {0, 0});
+        painter.end();
+        for (int x = image.width() - 1; x >= 0; --x) // where the bar at the end stands
+            for (int y = 0; y < image.height(); ++y)
+                if (image.pixelColor(x, y).alpha() > 128)
+                    return x;
+        return -1;
+    };
+    EXPECT_GT(widthOf("00:00|"), 10);
+    EXPECT_NEAR(widthOf("11:11|"), widthOf("00:00|"), 1);
+    EXPECT_NEAR(widthOf("١١:١١|"), widthOf("٠٠:٠٠|"), 1);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    testing::InitGoogleTest(&argc, argv);
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    applyTheme(false);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,90 @@
+#include "support/FakeInhibitService.h"
+
+#include <gtest/gtest.h>
+
+namespace wakeloft {
+
+namespace {
+constexpr std::uint32_t cookieNumber = 7;
+}
+
+FakeInhibitService::FakeInhibitService(const PrivateBus& bus, Dialect dialect, bool refuses)
+    : dialect_(dialect), refuses_(refuses), thread_([this, &bus] { run(bus); }) {
+    isReady_.wait(false);
+}
+
+FakeInhibitService::~FakeInhibitService() {
+    isOver_ = true;
+    thread_.join();
+}
+
+const char* FakeInhibitService::nameOf(Dialect dialect) {
+    return dialect == Dialect::sessionManager ? "org.gnome.SessionManager"
+                                              : "org.freedesktop.PowerManagement";
+}
+
+int FakeInhibitService::inhibit(sd_bus_message* message, void* userdata, sd_bus_error* error) {
+    auto* self = static_cast<FakeInhibitService*>(userdata);
+    const char* who = nullptr;
+    const char* why = nullptr;
+    std::uint32_t window = 0;
+    std::uint32_t flags = 0;
+    const int result = self->dialect_ == Dialect::sessionManager
+                           ? sd_bus_message_read(message, "susu", &who, &window, &why, &flags)
+                           : sd_bus_message_read(message, "ss", &who, &why);
+    if (result < 0)
+        return result;
+    if (self->refuses_)
+        return sd_bus_error_set(error, "org.example.Refused", "Not today.");
+    self->latest_ = std::to_string(flags) + " " + who + ": " + why;
+    ++self->held_;
+    return sd_bus_reply_method_return(message, "u", cookieNumber);
+}
+
+int FakeInhibitService::uninhibit(sd_bus_message* message, void* userdata, sd_bus_error* error) {
+    std::uint32_t cookie = 0;
+    const int result = sd_bus_message_read(message, "u", &cookie);
+    if (result < 0 || cookie != cookieNumber)
+        return sd_bus_error_set(error, "org.example.UnknownCookie", "There is no such inhibitor.");
+    --static_cast<FakeInhibitService*>(userdata)->held_;
+    return sd_bus_reply_method_return(message, nullptr);
+}
+
+void FakeInhibitService::run(const PrivateBus& bus) {
+    static const sd_bus_vtable sessionManager[] = {
+        SD_BUS_VTABLE_START(0),
+        SD_BUS_METHOD("Inhibit", "susu", "u", inhibit, SD_BUS_VTABLE_UNPRIVILEGED),
+        SD_BUS_METHOD("Uninhibit", "u", "", uninhibit, SD_BUS_VTABLE_UNPRIVILEGED),
+        SD_BUS_VTABLE_END,
+    };
+    static const sd_bus_vtable powerManagement[] = {
+        SD_BUS_VTABLE_START(0),
+        SD_BUS_METHOD("Inhibit", "ss", "u", inhibit, SD_BUS_VTABLE_UNPRIVILEGED),
+        SD_BUS_METHOD("UnInhibit", "u", "", uninhibit, SD_BUS_VTABLE_UNPRIVILEGED),
+        SD_BUS_VTABLE_END,
+    };
+    const bool isSessionManager = dialect_ == Dialect::sessionManager;
+    sd_event* event = nullptr;
+    sd_event_new(&event);
+    {
+        const auto connection = bus.connect(event);
+        sd_bus_slot* slot = nullptr;
+        EXPECT_GE(sd_bus_add_object_vtable(connection.get(), &slot,
+                                           isSessionManager ? "/org/gnome/SessionManager"
+                                                            : "/org/freedesktop/PowerManagement/Inhibit",
+                                           isSessionManager ? "org.gnome.SessionManager"
+                                                            : "org.freedesktop.PowerManagement.Inhibit",
+                                           isSessionManager ? sessionManager : powerManagement, this),
+                  0);
+        const BusSlot owned(slot);
+        EXPECT_GE(sd_bus_request_name(connection.get(), nameOf(dialect_), 0), 0);
+        isReady_ = true;
+        isReady_.notify_all();
+        constexpr std::uint64_t turnMicroseconds = 5'000;
+        while (!isOver_)
+            EXPECT_GE(sd_event_run(event, turnMicroseconds), 0);
+    }
+    sd_event_unref(event);
+}
+
+} // namespace wakeloft

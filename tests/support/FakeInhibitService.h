@@ -1,0 +1,43 @@
+#pragma once
+
+#include "support/PrivateBus.h"
+
+#include <atomic>
+#include <string>
+#include <thread>
+
+namespace wakeloft {
+
+/// A service of the desktop session that can be asked to hold off sleep, on a thread and a connection of its
+/// own, so that blocking calls to it are answered. Ending it is leaving the bus, as in a crash.
+class FakeInhibitService {
+  public:
+    enum class Dialect { sessionManager, powerManagement };
+
+    FakeInhibitService(const PrivateBus& bus, Dialect dialect, bool refuses = false);
+    FakeInhibitService(const FakeInhibitService&) = delete;
+    FakeInhibitService& operator=(const FakeInhibitService&) = delete;
+    ~FakeInhibitService();
+
+    static const char* nameOf(Dialect dialect);
+
+    /// How many inhibitors it honours now.
+    [[nodiscard]] int held() const { return held_; }
+    /// Of the latest request: the flags of a session manager, the application's name and reason.
+    [[nodiscard]] std::string latestRequest() const { return latest_; }
+
+  private:
+    static int inhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
+    static int uninhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
+    void run(const PrivateBus& bus);
+
+    Dialect dialect_;
+    bool refuses_;
+    std::atomic<int> held_ = 0;
+    std::string latest_; ///< written before the reply is sent, read after it has come
+    std::atomic<bool> isReady_ = false;
+    std::atomic<bool> isOver_ = false;
+    std::thread thread_;
+};
+
+} // namespace wakeloft
