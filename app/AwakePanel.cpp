@@ -81,7 +81,9 @@ TrayContent AwakePanel::trayContent() const {
     content.toolTipText = explanation();
     const TrayMenuEntry separator;
     content.menu = {{localizer_.text("Open Wakeloft"), {Kind::openPanel, 0}}, separator};
-    content.menu.push_back({mainButton().title, mainButton().action});
+    // Not the button's toggle: a host may deliver a click after the state that it was made for.
+    content.menu.push_back(
+        {mainButton().title, {controller_.isOn() ? Kind::turnOff : Kind::stayAwakeWithoutTimer, 0}});
     if (content.icon.showsTimerBadge) {
         content.menu.push_back(
             {localizer_.text("Stay awake without a timer"), {Kind::stayAwakeWithoutTimer, 0}});

@@ -1,0 +1,214 @@
+#include "LinuxApp.h"
+
+#include "Theme.h"
+#include "TrayGlyph.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <utility>
+
+namespace wakeloft {
+
+namespace {
+
+constexpr const char* applicationId = "wakeloft";
+constexpr std::int32_t firstSeparatorId = 1'000'000;
+constexpr Seconds patienceForTrayHost = 5; // at login the tray often comes after the programs
+
+/// Runs on Qt's loop, outside any handler of the buses, so that it may open windows.
+void later(QObject* context, std::function<void()> work) {
+    QTimer::singleShot(0, context, std::move(work));
+}
+
+std::unique_ptr<UserDefaults> makeDefaults(MainRunLoop& loop, JsonUserDefaults*& settings,
+                                           std::string& trouble) {
+    auto path = settingsPath();
+    if (!path) {
+        trouble = path.error().description;
+        return std::make_unique<InMemoryUserDefaults>();
+    }
+    auto file = std::make_unique<JsonUserDefaults>(std::move(*path), loop);
+    settings = file.get();
+    return file;
+}
+
+void log(const std::string& sentence) {
+    std::fprintf(stderr, "Wakeloft: %s\n", sentence.c_str());
+}
+
+} // namespace
+
+LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::string& sessionBusTrouble)
+    : loop_(loop),
+      systemBus_(loop.event(), loop),
+      localizer_(catalogueFolder()),
+      defaults_(makeDefaults(loop, settings_, settingsPathTrouble_)),
+      blocker_(sessionBus, systemBus_, "Wakeloft", localizer_.text("Wakeloft is keeping this Mac awake")),
+      store_(*defaults_),
+      scheduler_(loop.event(), dates_),
+      recheck_(loop.event(), systemBus_,
+               [this](const PlatformError& error) {
+                   systemEventsTrouble_ = error.description;
+                   log(error.description);
+               }),
+      controller_(blocker_, store_, dates_, continuous_, scheduler_, recheck_, true),
+      panel_(controller_, localizer_, formatter_, localizer_.locale(),
+             {[this] { activate({}); }, [] { QCoreApplication::quit(); }}),
+      view_({[this] { return panel_.content(); },
+             [this](const PanelAction& action) { panel_.perform(action); }, [this] { panel_.opened(); }}) {
+    panelChanged_ = panel_.changed().subscribe([this] { refresh(); });
+    panel_.report(AwakePanel::Trouble::systemEvents, systemEventsTrouble_);
+    tellSettingsTrouble();
+    applyTheme(false);
+    if (settings_ != nullptr)
+        settingsTroubleChanged_ = settings_->troubleChanged().subscribe([this] { tellSettingsTrouble(); });
+    if (sessionBus == nullptr) {
+        panel_.report(AwakePanel::Trouble::sessionBus, sessionBusTrouble);
+        noTrayHost();
+    } else {
+        followColorScheme(sessionBus);
+        makeTrayItem(sessionBus);
+    }
+}
+
+LinuxApp::~LinuxApp() = default;
+
+void LinuxApp::activate(const std::string& activationToken) {
+    later(&view_, [this, activationToken] {
+        if (!activationToken.empty())
+            qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+        view_.openAsWindow();
+    });
+}
+
+bool LinuxApp::perform(const std::string& action, const DesktopApplication::Argument& argument) {
+    using Kind = PanelAction::Kind;
+    if (action == "start-session") {
+        const auto* seconds = std::get_if<double>(&argument);
+        if (seconds == nullptr || !std::isfinite(*seconds) || *seconds <= 0)
+            return false;
+        panel_.perform({Kind::startSession, *seconds});
+        return true;
+    }
+    if (!std::holds_alternative<std::monostate>(argument))
+        return false;
+    if (action == "turn-on")
+        panel_.perform({Kind::stayAwakeWithoutTimer, 0});
+    else if (action == "turn-off")
+        panel_.perform({Kind::turnOff, 0});
+    else if (action == "open")
+        panel_.perform({Kind::openPanel, 0});
+    else if (action == "quit")
+        panel_.perform({Kind::quit, 0});
+    else
+        return false;
+    return true;
+}
+
+void LinuxApp::tellSettingsTrouble() {
+    std::string readTrouble;
+    std::string writeTrouble = settingsPathTrouble_;
+    if (settings_ != nullptr) {
+        readTrouble = settings_->readTrouble() ? settings_->readTrouble()->description : "";
+        writeTrouble = settings_->writeTrouble() ? settings_->writeTrouble()->description : "";
+    }
+    for (const auto& sentence : {readTrouble, writeTrouble})
+        if (!sentence.empty())
+            log(sentence);
+    panel_.report(AwakePanel::Trouble::settingsRead, readTrouble);
+    panel_.report(AwakePanel::Trouble::settingsWrite, writeTrouble);
+}
+
+void LinuxApp::followColorScheme(sd_bus* sessionBus) {
+    auto scheme = ColorScheme::follow(sessionBus, [](bool isDark) { applyTheme(isDark); });
+    if (scheme)
+        colorScheme_ = std::move(*scheme);
+    else
+        log(scheme.error().description); // light colours then
+}
+
+void LinuxApp::makeTrayItem(sd_bus* sessionBus) {
+    trayContent_ = panel_.trayContent();
+    const auto failed = [this](const PlatformError& error) {
+        log(error.description);
+        panel_.report(AwakePanel::Trouble::tray, error.description);
+    };
+    StatusNotifierItem::Events events;
+    events.activated = [this](int x, int y, std::string token) { trayActivated(x, y, token); };
+    events.menuChosen = [this](std::int32_t id) { menuChosen(id); };
+    events.hostChanged = [this](bool isHosted) { trayHostChanged(isHosted); };
+    events.failed = failed;
+    auto item = StatusNotifierItem::create(sessionBus, loop_, applicationId, trayFace(trayContent_),
+                                           std::move(events));
+    if (item) {
+        trayItem_ = std::move(*item);
+        return;
+    }
+    failed(item.error());
+    noTrayHost();
+}
+
+void LinuxApp::trayHostChanged(bool isHosted) {
+    isHosted_ = isHosted;
+    if (isHosted) {
+        panel_.report(AwakePanel::Trouble::trayHost, "");
+        panel_.report(AwakePanel::Trouble::tray, "");
+        return;
+    }
+    loop_.performAfter(patienceForTrayHost, lifetime_.guard([this] {
+        if (!isHosted_)
+            noTrayHost();
+    }));
+}
+
+void LinuxApp::noTrayHost() {
+    const auto sentence =
+        localizer_.text("This desktop shows no tray, so Wakeloft opens as a window. Start it again "
+                        "to see it again.");
+    log(sentence);
+    panel_.report(AwakePanel::Trouble::trayHost, sentence);
+    activate({});
+}
+
+void LinuxApp::trayActivated(int x, int y, const std::string& activationToken) {
+    later(&view_, [this, x, y, activationToken] {
+        if (!activationToken.empty())
+            qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
+        view_.openAt(QPoint(x, y));
+    });
+}
+
+void LinuxApp::menuChosen(std::int32_t id) {
+    const auto index = static_cast<std::size_t>(id - 1);
+    if (index < menuActions_.size())
+        panel_.perform(menuActions_[index]);
+}
+
+void LinuxApp::refresh() {
+    view_.refresh();
+    auto content = panel_.trayContent();
+    if (trayItem_ == nullptr || content == trayContent_)
+        return;
+    trayContent_ = std::move(content);
+    trayItem_->show(trayFace(trayContent_));
+}
+
+TrayItemFace LinuxApp::trayFace(const TrayContent& content) {
+    TrayItemFace face;
+    face.pixmaps = trayPixmaps(content.icon);
+    face.title = content.spokenLabel;
+    face.toolTipTitle = content.toolTipTitle;
+    face.toolTipText = content.toolTipText;
+    face.isRightToLeft = content.isRightToLeft;
+    std::int32_t id = 0;
+    for (const auto& entry : content.menu)
+        face.menu.push_back(
+            {.id = ++id, .label = entry.title, .isSeparator = entry.title.empty(), .isEnabled = true});
+    return face;
+}
+
+} // namespace wakeloft

@@ -1,0 +1,55 @@
+#pragma once
+
+#include "ActionButton.h"
+#include "ButtonGrid.h"
+#include "NoticeRow.h"
+#include "PanelHeader.h"
+#include "TextLabel.h"
+
+#include <QWidget>
+
+#include <vector>
+
+namespace wakeloft {
+
+/// Everything within the panel's edges, top to bottom.
+class PanelBody : public QWidget {
+  public:
+    static constexpr int fixedWidth = 260;
+
+    PanelBody(ActionButton::Perform perform, QWidget* parent);
+
+    /// Changes only what differs. The height may change with it.
+    void setContent(const PanelContent& content);
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+    void focusMainButton(Qt::FocusReason reason);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+  private:
+    struct Block {
+        QWidget* widget = nullptr;
+        int gapAbove = 0;
+        int overhang = 0; ///< at both sides, beyond the text's margins
+    };
+    [[nodiscard]] std::vector<Block> blocks() const;
+    static int widthOf(const Block& block, int bodyWidth);
+    void setNotices(const std::vector<PanelNotice>& notices);
+    void arrange();
+    void chainTabOrder();
+    void place();
+
+    ActionButton::Perform perform_;
+    PanelContent content_;
+    PanelHeader* header_;
+    TextLabel* explanation_;
+    ActionButton* mainButton_;
+    TextLabel* sessionCaption_;
+    ButtonGrid* sessionButtons_;
+    std::vector<NoticeRow*> notices_; // the surplus stays hidden: one may be in the middle of its own click
+};
+
+} // namespace wakeloft

@@ -1,0 +1,66 @@
+#include "PanelHeader.h"
+
+#include "TextBlock.h"
+#include "Theme.h"
+#include "TrayGlyph.h"
+
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+
+namespace wakeloft {
+
+namespace {
+
+constexpr int glyphSize = 32;
+constexpr int glyphGap = 10;
+
+TextBlock::Format titleFormat(const QWidget& widget) {
+    return {scaledFont(fontScale::title, QFont::Bold), widget.layoutDirection()};
+}
+
+TextBlock::Format statusFormat(const QWidget& widget) {
+    return {scaledFont(fontScale::body, QFont::Medium), widget.layoutDirection(), false, true};
+}
+
+} // namespace
+
+PanelHeader::PanelHeader(QWidget* parent) : QLabel(parent) {}
+
+void PanelHeader::setContent(const PanelContent& content) {
+    icon_ = content.icon;
+    title_ = QString::fromStdString(content.title);
+    statusLine_ = QString::fromStdString(content.statusLine);
+    const QString spoken = QString::fromStdString(content.spokenStatus);
+    if (accessibleName() != spoken)
+        setAccessibleName(spoken);
+    update();
+}
+
+int PanelHeader::heightForWidth(int width) const {
+    const int textWidth = width - glyphSize - glyphGap;
+    const TextBlock title(title_, titleFormat(*this), textWidth);
+    const TextBlock status(statusLine_, statusFormat(*this), textWidth);
+    return std::max(glyphSize, qRound(title.height() + status.height()));
+}
+
+void PanelHeader::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    const QColor color = palette().color(role::text);
+    const int textWidth = width() - glyphSize - glyphGap;
+    const TextBlock title(title_, titleFormat(*this), textWidth);
+    const TextBlock status(statusLine_, statusFormat(*this), textWidth);
+
+    const QRect glyph(0, (height() - glyphSize) / 2, glyphSize, glyphSize);
+    paintGlyph(painter, QStyle::visualRect(layoutDirection(), rect(), glyph), icon_, color);
+
+    const QRect text =
+        QStyle::visualRect(layoutDirection(), rect(), QRect(glyphSize + glyphGap, 0, textWidth, height()));
+    const qreal top = std::floor((height() - title.height() - status.height()) / 2);
+    painter.setPen(color);
+    title.draw(painter, QPointF(text.x(), top));
+    status.draw(painter, QPointF(text.x(), top + title.height()));
+}
+
+} // namespace wakeloft

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "PanelContent.h"
+
+#include <QLabel>
+
+namespace wakeloft {
+
+/// The glyph, the title beside it and the status line below; to a screen reader one element, in words.
+class PanelHeader : public QLabel {
+  public:
+    explicit PanelHeader(QWidget* parent);
+
+    void setContent(const PanelContent& content);
+    [[nodiscard]] int heightForWidth(int width) const override;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    MenuBarIcon icon_;
+    QString title_;
+    QString statusLine_;
+};
+
+} // namespace wakeloft

@@ -1,0 +1,65 @@
+#include "Theme.h"
+
+#include <QApplication>
+#include <QStyle>
+
+namespace wakeloft {
+
+namespace {
+
+struct Colors {
+    QRgb background, raised, text, secondaryText, accent, textOnAccent, buttonFill, link, warning, border;
+};
+
+// Every text keeps 4.5:1 against what it stands on.
+constexpr Colors light{0xfffbfbfc, 0xffffffff, 0xff1a1b1e, 0xff5c6068, 0xff2a66d9,
+                       0xffffffff, 0xffedeef0, 0xff2160cf, 0xffb05a00, 0xffcbcdd1};
+constexpr Colors dark{0xff27282c, 0xff303136, 0xfff1f2f4, 0xffadb1b9, 0xff5a92f8,
+                      0xff0b1220, 0xff3a3b41, 0xff8ab4ff, 0xfff2b84b, 0xff47494f};
+
+} // namespace
+
+QPalette themePalette(bool isDark) {
+    const Colors& colors = isDark ? dark : light;
+    QPalette palette;
+    const auto set = [&](QPalette::ColorRole role, QRgb color) {
+        palette.setColor(role, QColor::fromRgb(color));
+    };
+    set(role::background, colors.background);
+    set(role::text, colors.text);
+    set(role::secondaryText, colors.secondaryText);
+    set(role::accent, colors.accent);
+    set(role::textOnAccent, colors.textOnAccent);
+    set(role::buttonFill, colors.buttonFill);
+    set(role::link, colors.link);
+    set(role::warning, colors.warning);
+    set(role::border, colors.border);
+    // What Fusion's own widgets, such as menus and tool tips, use besides.
+    set(QPalette::Base, colors.raised);
+    set(QPalette::Text, colors.text);
+    set(QPalette::ButtonText, colors.text);
+    set(QPalette::ToolTipBase, colors.raised);
+    set(QPalette::ToolTipText, colors.text);
+    for (const auto disabled : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        palette.setColor(QPalette::Disabled, disabled, QColor::fromRgb(colors.secondaryText));
+    return palette;
+}
+
+void applyTheme(bool isDark) {
+    const QString fusion = QStringLiteral("fusion");
+    if (QApplication::style()->name().compare(fusion, Qt::CaseInsensitive) != 0)
+        QApplication::setStyle(fusion);
+    QApplication::setPalette(themePalette(isDark));
+}
+
+QFont scaledFont(qreal scale, QFont::Weight weight) {
+    QFont font = QApplication::font();
+    if (font.pointSizeF() > 0)
+        font.setPointSizeF(font.pointSizeF() * scale);
+    else
+        font.setPixelSize(qRound(font.pixelSize() * scale));
+    font.setWeight(weight);
+    return font;
+}
+
+} // namespace wakeloft

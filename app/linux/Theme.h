@@ -1,0 +1,37 @@
+#pragma once
+
+#include <QFont>
+#include <QPalette>
+
+namespace wakeloft {
+
+/// The palette roles that our own widgets paint with.
+namespace role {
+constexpr auto background = QPalette::Window;
+constexpr auto text = QPalette::WindowText;
+constexpr auto secondaryText = QPalette::PlaceholderText;
+constexpr auto accent = QPalette::Highlight;
+constexpr auto textOnAccent = QPalette::HighlightedText;
+constexpr auto buttonFill = QPalette::Button;
+constexpr auto link = QPalette::Link;
+constexpr auto warning = QPalette::BrightText;
+constexpr auto border = QPalette::Mid;
+} // namespace role
+
+QPalette themePalette(bool isDark);
+
+/// Gives the whole application our look: Fusion and `themePalette`. May be called again when the scheme
+/// changes.
+void applyTheme(bool isDark);
+
+/// Multiples of the system's font size.
+namespace fontScale {
+constexpr qreal title = 1.3;
+constexpr qreal body = 1.0;
+constexpr qreal small = 0.92;
+constexpr qreal footnote = 0.85;
+} // namespace fontScale
+
+QFont scaledFont(qreal scale, QFont::Weight weight = QFont::Normal);
+
+} // namespace wakeloft
