@@ -1,0 +1,86 @@
+#pragma once
+
+#include "SdEventMainRunLoop.h"
+#include "support/ChildProcess.h"
+#include "support/PrivateBus.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace wakeloft {
+
+/// A line of the login manager's list.
+struct Inhibitor {
+    std::string what, who, why, mode;
+    std::uint32_t uid = 0;
+    std::uint32_t pid = 0;
+};
+
+/// The login manager on the system bus that the tests were given.
+class LoginManager {
+  public:
+    explicit LoginManager(sd_event* event);
+
+    /// Wakeloft's inhibitors, all of them. A list that cannot be read fails the running test.
+    [[nodiscard]] std::vector<Inhibitor> wakeloftInhibitors();
+    [[nodiscard]] int count() { return static_cast<int>(wakeloftInhibitors().size()); }
+    /// Looks without a pause until the count is right: the milliseconds that it took, or nothing after
+    /// `timeoutMs`.
+    std::optional<double> waitForCount(int count, int timeoutMs);
+
+    /// "stop", "start", "restart" or "kill" it, as the rig does.
+    static void control(const std::string& order);
+    static bool isReal();
+
+  private:
+    sd_event* event_;
+    BusPointer bus_;
+};
+
+/// A person's home, session bus and settings, and the real program in it.
+class RunningApp {
+  public:
+    RunningApp();
+    RunningApp(const RunningApp&) = delete;
+    RunningApp& operator=(const RunningApp&) = delete;
+    ~RunningApp();
+
+    /// Starts the program; what it says goes to `output()`.
+    void start(const std::vector<std::string>& environment = {});
+    /// A second program beside the running one; its exit code.
+    int startAgain();
+    ChildProcess& process() { return *process_; }
+    /// Its name on the session bus is there. Where there is no session bus, see `says`.
+    [[nodiscard]] bool isReady();
+    void stop();
+
+    /// Invokes an action of the application; the bus error's text where it is refused.
+    std::string act(const std::string& action, std::optional<double> argument = {});
+    /// What the tray item says to a screen reader.
+    [[nodiscard]] std::string trayTitle();
+    /// The program has said `text`, or says it within five seconds.
+    [[nodiscard]] bool says(const std::string& text) const;
+    [[nodiscard]] std::string output() const;
+
+    [[nodiscard]] std::filesystem::path settings() const { return home_ / "config/wakeloft/settings.json"; }
+    void putSettings(const std::string& values) const;
+    [[nodiscard]] std::string settingsText() const;
+
+    [[nodiscard]] sd_event* event() const { return loop_->event(); }
+    void endSessionBus() { bus_.reset(); }
+    [[nodiscard]] const std::filesystem::path& home() const { return home_; }
+
+  private:
+    [[nodiscard]] std::vector<std::string> environment(const std::vector<std::string>& more) const;
+
+    std::unique_ptr<SdEventMainRunLoop> loop_;
+    std::unique_ptr<PrivateBus> bus_;
+    BusPointer connection_;
+    std::filesystem::path home_;
+    std::unique_ptr<ChildProcess> process_;
+};
+
+} // namespace wakeloft
