@@ -11,7 +11,7 @@ function(wakeloft_catalogues domain)
     add_custom_command(
       OUTPUT ${output}
       COMMAND ${CMAKE_COMMAND} -E make_directory ${PROJECT_BINARY_DIR}/share/locale/${language}/LC_MESSAGES
-      COMMAND ${MSGFMT} --check --output-file=${output} ${catalogue}
+      COMMAND ${MSGFMT} --check-format --check-domain --output-file=${output} ${catalogue}
       DEPENDS ${catalogue}
       VERBATIM)
     install(FILES ${output} DESTINATION ${CMAKE_INSTALL_LOCALEDIR}/${language}/LC_MESSAGES)

@@ -204,11 +204,23 @@ TrayItemFace LinuxApp::trayFace(const TrayContent& content) {
     face.toolTipTitle = content.toolTipTitle;
     face.toolTipText = content.toolTipText;
     face.isRightToLeft = content.isRightToLeft;
-    std::int32_t id = 0;
-    for (const auto& entry : content.menu)
-        face.menu.push_back(
-            {.id = ++id, .label = entry.title, .isSeparator = entry.title.empty(), .isEnabled = true});
+    std::int32_t separators = 0;
+    for (const auto& entry : content.menu) {
+        const bool isSeparator = entry.title.empty();
+        face.menu.push_back({.id = isSeparator ? firstSeparatorId + separators++ : idOf(entry.action),
+                             .label = entry.title,
+                             .isSeparator = isSeparator,
+                             .isEnabled = true});
+    }
     return face;
+}
+
+// The same for the life of the program: a host's click may come after the menu that it saw has changed.
+std::int32_t LinuxApp::idOf(const PanelAction& action) {
+    auto found = std::ranges::find(menuActions_, action);
+    if (found == menuActions_.end())
+        found = menuActions_.insert(found, action);
+    return static_cast<std::int32_t>(found - menuActions_.begin()) + 1;
 }
 
 } // namespace wakeloft

@@ -13,6 +13,8 @@ namespace wakeloft {
 namespace {
 
 constexpr const char* applicationName = "com.wakeloft.Wakeloft";
+constexpr const char* menuPath = "/MenuBar";
+constexpr const char* menuInterface = "com.canonical.dbusmenu";
 constexpr int patienceMs = 10'000;
 
 template <class Condition>
@@ -151,6 +153,47 @@ std::string RunningApp::trayTitle() {
     std::string text(title);
     std::free(title);
     return text;
+}
+
+std::int32_t RunningApp::trayMenuLine(const std::string& label) {
+    BusError error;
+    sd_bus_message* reply = nullptr;
+    if (sd_bus_call_method(connection_.get(), applicationName, menuPath, menuInterface, "GetLayout",
+                           error.get(), &reply, "iias", 0, -1, 0) < 0)
+        return 0;
+    const BusMessage owned(reply);
+    sd_bus_message_skip(reply, "u");
+    sd_bus_message_enter_container(reply, 'r', "ia{sv}av");
+    sd_bus_message_skip(reply, "ia{sv}");
+    sd_bus_message_enter_container(reply, 'a', "v");
+    while (sd_bus_message_enter_container(reply, 'v', "(ia{sv}av)") > 0) {
+        std::int32_t id = 0;
+        sd_bus_message_enter_container(reply, 'r', "ia{sv}av");
+        sd_bus_message_read(reply, "i", &id);
+        sd_bus_message_enter_container(reply, 'a', "{sv}");
+        while (sd_bus_message_enter_container(reply, 'e', "sv") > 0) {
+            const char* key = nullptr;
+            const char* value = nullptr;
+            sd_bus_message_read(reply, "s", &key);
+            if (std::string(key) == "label" && sd_bus_message_read(reply, "v", "s", &value) > 0 &&
+                label == value)
+                return id;
+            if (std::string(key) != "label")
+                sd_bus_message_skip(reply, "v");
+            sd_bus_message_exit_container(reply);
+        }
+        sd_bus_message_exit_container(reply);
+        sd_bus_message_skip(reply, "av");
+        sd_bus_message_exit_container(reply);
+        sd_bus_message_exit_container(reply);
+    }
+    return 0;
+}
+
+bool RunningApp::chooseTrayMenuLine(std::int32_t id) {
+    BusError error;
+    return sd_bus_call_method(connection_.get(), applicationName, menuPath, menuInterface, "Event",
+                              error.get(), nullptr, "isvu", id, "clicked", "i", 0, 0) >= 0;
 }
 
 bool RunningApp::says(const std::string& text) const {

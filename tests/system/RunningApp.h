@@ -61,6 +61,10 @@ class RunningApp {
     std::string act(const std::string& action, std::optional<double> argument = {});
     /// What the tray item says to a screen reader.
     [[nodiscard]] std::string trayTitle();
+    /// The id of a line of the tray item's menu, 0 where there is none.
+    [[nodiscard]] std::int32_t trayMenuLine(const std::string& label);
+    /// Chooses a line of the tray item's menu, as a host does. False where the item refuses.
+    bool chooseTrayMenuLine(std::int32_t id);
     /// The program has said `text`, or says it within five seconds.
     [[nodiscard]] bool says(const std::string& text) const;
     [[nodiscard]] std::string output() const;

@@ -60,6 +60,25 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
     EXPECT_EQ(loginManager.count(), 0);
 }
 
+TEST_F(Session, TheTrayMenuDoesWhatItsLinesSay) {
+    startReady();
+    const auto turnOn = app.trayMenuLine("Turn On");
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hr")));
+    expectHeldOnce();
+    expectTrayTitle("Wakeloft: on, timer running");
+    const auto turnOff = app.trayMenuLine("Turn Off");
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake without a timer")));
+    expectTrayTitle("Wakeloft: on");
+    EXPECT_TRUE(app.chooseTrayMenuLine(turnOff));
+    expectTrayTitle("Wakeloft: off");
+    EXPECT_FALSE(app.chooseTrayMenuLine(turnOff)); // a late click on a line that is gone
+    EXPECT_TRUE(app.chooseTrayMenuLine(turnOn));
+    expectTrayTitle("Wakeloft: on");
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Quit Wakeloft")));
+    EXPECT_EQ(app.process().wait(patienceMs), 0);
+    EXPECT_EQ(loginManager.count(), 0);
+}
+
 TEST_F(Session, NothingStaysAfterAHundredKills) {
     app.putSettings(isRequested);
     double worst = 0;
