@@ -138,7 +138,7 @@ void LinuxApp::makeTrayItem(sd_bus* sessionBus) {
         panel_.report(AwakePanel::Trouble::tray, error.description);
     };
     StatusNotifierItem::Events events;
-    events.activated = [this](int x, int y, std::string token) { trayActivated(x, y, token); };
+    events.activated = [this](int x, int y, const std::string& token) { trayActivated(x, y, token); };
     events.menuChosen = [this](std::int32_t id) { menuChosen(id); };
     events.hostChanged = [this](bool isHosted) { trayHostChanged(isHosted); };
     events.failed = failed;

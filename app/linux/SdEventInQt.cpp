@@ -24,11 +24,16 @@ void SdEventInQt::run() {
     int result = 0;
     if (sd_event_get_state(event_) == SD_EVENT_ARMED)
         result = sd_event_wait(event_, 0);
-    while (result >= 0) {
-        if (sd_event_get_state(event_) == SD_EVENT_PENDING)
+    bool isArmed = false;
+    while (result >= 0 && !isArmed) {
+        if (sd_event_get_state(event_) == SD_EVENT_PENDING) {
             result = sd_event_dispatch(event_);
-        else if (sd_event_get_state(event_) != SD_EVENT_INITIAL || (result = sd_event_prepare(event_)) == 0)
-            break;
+        } else if (sd_event_get_state(event_) == SD_EVENT_INITIAL) {
+            result = sd_event_prepare(event_);
+            isArmed = result == 0;
+        } else {
+            break; // finished
+        }
     }
     isRunning_ = false;
     if (result < 0) {

@@ -28,7 +28,7 @@ int handle(sd_bus_message* message, void* userdata, sd_bus_error*) {
 /// Makes `slot` the owner of its handler.
 BusSlot owning(sd_bus_slot* slot, std::unique_ptr<BusHandler> handler) {
     sd_bus_slot_set_destroy_callback(slot, [](void* userdata) { delete static_cast<BusHandler*>(userdata); });
-    static_cast<void>(handler.release());
+    handler.release(); // NOLINT(bugprone-unused-return-value): the slot's userdata, freed above
     return BusSlot(slot);
 }
 

@@ -23,6 +23,7 @@ std::string formatted(const std::vector<Amount>& amounts, UMeasureFormatWidth wi
     UErrorCode status = U_ZERO_ERROR;
     const icu::MeasureFormat format(icu::Locale(locale.identifier.c_str()), width, status);
     std::vector<icu::Measure> measures;
+    measures.reserve(amounts.size());
     for (const auto& [count, unit] : amounts)
         measures.emplace_back(icu::Formattable(static_cast<int64_t>(count)), unit(status), status);
     icu::FieldPosition nowhere(icu::FieldPosition::DONT_CARE);

@@ -75,12 +75,12 @@ void JsonUserDefaults::read() {
     std::string why;
     if (text) {
         seen_ = **text;
-        if (auto values = settingsFromJson(**text)) {
+        auto values = settingsFromJson(**text);
+        if (values) {
             values_ = std::move(*values);
             return;
-        } else {
-            why = values.error();
         }
+        why = values.error();
     } else {
         why = text.error().description;
     }

@@ -43,7 +43,7 @@ void startTimer(sd_event* event, Work work) {
     }
     sd_event_source_set_destroy_callback(
         source, [](void* userdata) { delete static_cast<std::function<void()>*>(userdata); });
-    static_cast<void>(owned.release());
+    owned.release(); // NOLINT(bugprone-unused-return-value): the source's userdata, freed above
     sd_event_source_set_floating(source, 1);
     sd_event_source_unref(source);
 }
