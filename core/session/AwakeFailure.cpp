@@ -4,9 +4,19 @@ namespace wakeloft {
 
 namespace {
 
-std::variant<AwakeFailure::AssertionRefused, AwakeFailure::Reported> mapped(const Error& error) {
+AwakeFailure::Value mapped(const LidSleepBlockerError& error) {
+    if (const auto* refused = std::get_if<LidSleepBlockerError::HelperRefused>(&error.value))
+        return AwakeFailure::LidHelperRefused{LidHelperRefusal::fromReason(refused->reason)};
+    if (std::holds_alternative<LidSleepBlockerError::HelperUnavailable>(error.value))
+        return AwakeFailure::LidHelperUnavailable{};
+    return AwakeFailure::LidHelperRequiresApproval{};
+}
+
+AwakeFailure::Value mapped(const Error& error) {
     if (const auto* refused = std::get_if<SleepBlockerError>(&error))
         return AwakeFailure::AssertionRefused{refused->code};
+    if (const auto* lid = std::get_if<LidSleepBlockerError>(&error))
+        return mapped(*lid);
     return AwakeFailure::Reported{std::get<PlatformError>(error).description};
 }
 

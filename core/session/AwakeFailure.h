@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lease/LidHelperRefusal.h"
 #include "support/Error.h"
 
 #include <cstdint>
@@ -14,12 +15,24 @@ struct AwakeFailure {
         std::int32_t code;
         bool operator==(const AssertionRefused&) const = default;
     };
+    struct LidHelperRefused {
+        LidHelperRefusal refusal;
+        bool operator==(const LidHelperRefused&) const = default;
+    };
     /// Any other error, in its own words.
     struct Reported {
         std::string message;
         bool operator==(const Reported&) const = default;
     };
-    std::variant<AssertionRefused, Reported> value;
+    struct LidHelperUnavailable {
+        bool operator==(const LidHelperUnavailable&) const = default;
+    };
+    struct LidHelperRequiresApproval {
+        bool operator==(const LidHelperRequiresApproval&) const = default;
+    };
+    using Value = std::variant<AssertionRefused, LidHelperRefused, Reported, LidHelperUnavailable,
+                               LidHelperRequiresApproval>;
+    Value value;
 
     /// Total: every error gives a failure.
     explicit AwakeFailure(const Error& error);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lid/LidSleepBlockerError.h"
 #include "session/SleepBlockerError.h"
 
 #include <string>
@@ -17,6 +18,6 @@ struct PlatformError {
 };
 
 /// What an operation that can fail reports.
-using Error = std::variant<SleepBlockerError, PlatformError>;
+using Error = std::variant<SleepBlockerError, LidSleepBlockerError, PlatformError>;
 
 } // namespace wakeloft
