@@ -14,11 +14,19 @@ namespace wakeloft {
 /// A value of a property list, as far as ours need one. Entries of a dictionary keep their order.
 struct PropertyListValue {
     using Array = std::vector<PropertyListValue>;
-    using Dictionary = std::vector<std::pair<std::string, PropertyListValue>>;
+    struct Entry;
+    using Dictionary = std::vector<Entry>;
 
     std::variant<bool, std::string, Array, Dictionary> value;
 
     bool operator==(const PropertyListValue&) const = default;
+};
+
+struct PropertyListValue::Entry {
+    std::string key;
+    PropertyListValue value;
+
+    bool operator==(const Entry&) const = default;
 };
 
 /// The helper's fixed names and times, and the texts that both sides make of them.

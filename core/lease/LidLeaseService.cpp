@@ -40,8 +40,7 @@ std::optional<std::string> LidLeaseService::renewUntil(double deadline, LidClien
                    [this, client](const Standing::OffElsewhere&) -> std::optional<std::string> {
                        yielded_ = holders();
                        yielded_.erase(client);
-                       terms_.clear();
-                       log_("lease ended: disablesleep was set to 0 by something else; left at 0");
+                       endAllTerms();
                        return yieldedReason();
                    },
                    [this](const Standing::Unread& unread) -> std::optional<std::string> {
@@ -89,6 +88,19 @@ void LidLeaseService::checkLease() {
         latest.uptimeExpiry = std::max(latest.uptimeExpiry, term.uptimeExpiry);
     }
     keeper_.hold(latest);
+}
+
+void LidLeaseService::checkStanding() {
+    if (terms_.empty() ||
+        !std::holds_alternative<SleepSettingStanding::OffElsewhere>(keeper_.readStanding().value))
+        return;
+    yielded_.merge(holders());
+    endAllTerms();
+}
+
+void LidLeaseService::endAllTerms() {
+    terms_.clear();
+    log_("lease ended: disablesleep was set to 0 by something else; left at 0");
 }
 
 LidLeaseRequests LidLeaseService::requests(MainRunLoop& loop) {

@@ -43,14 +43,22 @@ class LidLeaseService {
 
     /// Drops lapsed terms, and holds or puts back the setting accordingly.
     void checkLease();
+    /// Looks whether something else turned the setting off; if so every holder's term ends, and each is told
+    /// once, at its next renewal.
+    void checkStanding();
 
     /// For the connections: queues each request to the main thread. Harmless once the service has ended;
     /// `loop` must outlive the connections.
     LidLeaseRequests requests(MainRunLoop& loop);
 
     [[nodiscard]] std::set<LidClient> holders() const;
+    [[nodiscard]] const std::map<LidClient, LidLeaseTerm>& terms() const { return terms_; }
+    /// The clients that are still to be told that something else turned the setting off.
+    [[nodiscard]] const std::set<LidClient>& yielded() const { return yielded_; }
 
   private:
+    void endAllTerms();
+
     std::map<LidClient, LidLeaseTerm> terms_;
     LidSleepLeaseKeeper& keeper_;
     std::function<void(const std::string&)> log_;
