@@ -1,0 +1,40 @@
+#include "BootTimer.h"
+
+#include "HelperLog.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <ctime>
+#include <utility>
+
+namespace wakeloft {
+
+void BootTimer::arm(Seconds seconds, std::function<void()> action) {
+    cancel();
+    constexpr Seconds longest = 1e9;
+    constexpr std::uint64_t accuracyMicroseconds = 1000;
+    const auto fired = [](sd_event_source*, std::uint64_t, void* userdata) {
+        auto* self = static_cast<BootTimer*>(userdata);
+        if (const auto run = std::exchange(self->action_, nullptr)) // it may arm again
+            run();
+        return 0;
+    };
+    const auto microseconds = static_cast<std::uint64_t>(std::clamp(seconds, 0.0, longest) * 1e6);
+    sd_event_source* source = nullptr;
+    const int result = sd_event_add_time_relative(event_, &source, CLOCK_BOOTTIME, microseconds,
+                                                  accuracyMicroseconds, fired, this);
+    if (result < 0) {
+        // A lease without its timer would never end. The kernel drops the lock with the process.
+        logLine(LogPriority::error, busFailure("A timer cannot be armed", result).description);
+        std::abort();
+    }
+    source_.reset(source);
+    action_ = std::move(action);
+}
+
+void BootTimer::cancel() {
+    source_.reset();
+    action_ = nullptr;
+}
+
+} // namespace wakeloft
