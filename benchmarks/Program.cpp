@@ -4,6 +4,8 @@
 
 #include <fcntl.h>
 #include <sys/prctl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -28,6 +30,19 @@ bool ends(pid_t process) {
         std::this_thread::sleep_for(pause);
     }
     return true;
+}
+
+/// The file of a socket is there a moment before anybody listens.
+bool listensAt(const std::filesystem::path& path) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path.string().copy(address.sun_path, sizeof address.sun_path - 1);
+    const int descriptor = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    if (descriptor < 0)
+        fail("Cannot make a socket.");
+    const int result = connect(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof address);
+    close(descriptor);
+    return result == 0;
 }
 
 std::string privateDesktop() {
@@ -86,7 +101,7 @@ SessionBus::SessionBus()
       address_("unix:path=" + (folder_ / "bus").string()),
       daemon_({"dbus-daemon", "--session", "--address=" + address_, "--nofork", "--nopidfile"}) {
     const auto end = Clock::now() + patience;
-    while (!std::filesystem::exists(folder_ / "bus")) {
+    while (!listensAt(folder_ / "bus")) {
         daemon_.requireRunning();
         if (Clock::now() > end)
             fail("A session bus does not start.");

@@ -143,3 +143,6 @@ buildPreset() {
         return 1
     }
 }
+
+# busAnswers ADDRESS: the file of a bus is there a moment before the bus listens.
+busAnswers() { busctl --address="$1" list >/dev/null 2>&1; }

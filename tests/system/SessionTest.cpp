@@ -63,7 +63,7 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
 TEST_F(Session, TheTrayMenuDoesWhatItsLinesSay) {
     startReady();
     const auto turnOn = app.trayMenuLine("Turn On");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hr")));
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hour")));
     expectHeldOnce();
     expectTrayTitle("Wakeloft: on, timer running");
     const auto turnOff = app.trayMenuLine("Turn Off");
