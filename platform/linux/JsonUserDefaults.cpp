@@ -11,7 +11,7 @@ namespace wakeloft {
 
 std::expected<std::filesystem::path, PlatformError> settingsPath() {
     constexpr const char* file = "wakeloft/settings.json";
-    // A relative folder is to be ignored, says the base directory specification.
+    // A relative folder is to be ignored, as XDG folders must be absolute.
     if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && *folder == '/')
         return std::filesystem::path(folder) / file;
     if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')

@@ -1,5 +1,7 @@
 #include "LoginManagerInhibitor.h"
 
+#include "WakeSignal.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -99,15 +101,7 @@ void LoginManagerInhibitor::watch() {
     if (isWatching_ || !bus)
         return;
     auto owner = watchBusName(*bus, service, [this](const std::string&) { verify(); });
-    auto wake =
-        matchBusSignal(*bus,
-                       "type='signal',sender='org.freedesktop.login1',path='/org/freedesktop/login1',"
-                       "interface='org.freedesktop.login1.Manager',member='PrepareForSleep'",
-                       [this](sd_bus_message* message) {
-                           int isGoingToSleep = 1;
-                           if (sd_bus_message_read(message, "b", &isGoingToSleep) >= 0 && isGoingToSleep == 0)
-                               verify();
-                       });
+    auto wake = watchWakeSignal(*bus, [this] { verify(); });
     if (!owner || !wake) {
         hold_.trouble = owner ? wake.error() : owner.error();
         return;

@@ -78,11 +78,11 @@ int LoginManager::inhibit(sd_bus_message* message, void* userData, sd_bus_error*
     }
     const auto operations = parseWhat(what);
     if (!operations) {
-        return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "Invalid what specification %s", what);
+        return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "Invalid lock types %s", what);
     }
     const std::string_view modeName = mode;
     if (modeName != "block" && modeName != "delay") {
-        return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "Invalid mode specification %s", mode);
+        return sd_bus_error_setf(error, SD_BUS_ERROR_INVALID_ARGS, "Invalid mode %s", mode);
     }
     const auto delayable = InhibitorWhat::shutdown | InhibitorWhat::sleep;
     if (modeName == "delay" && (*operations | delayable) != delayable) {
