@@ -35,6 +35,20 @@ const char* explanationKey(AwakeExplanation::Case explanation) {
     return "";
 }
 
+/// The sentence for a length that has one of its own. Whole sentences read better in many languages, and a
+/// menu that nobody opens costs no formatter.
+const char* presetKey(const AwakeDuration& preset) {
+    constexpr Seconds minute = 60;
+    constexpr Seconds hour = 3600;
+    if (preset.seconds == 30 * minute)
+        return "Stay awake for 30 minutes";
+    if (preset.seconds == hour)
+        return "Stay awake for 1 hour";
+    if (preset.seconds == 2 * hour)
+        return "Stay awake for 2 hours";
+    return nullptr;
+}
+
 } // namespace
 
 AwakePanel::AwakePanel(AwakeController& controller, const Localizer& localizer,
@@ -89,9 +103,7 @@ TrayContent AwakePanel::trayContent() const {
             {localizer_.text("Stay awake without a timer"), {Kind::stayAwakeWithoutTimer, 0}});
     } else {
         for (const auto& preset : AwakeDuration::presets)
-            content.menu.push_back({filled(localizer_.text("Stay awake for {duration}"), "{duration}",
-                                           preset.label(locale_, formatter_)),
-                                    {Kind::startSession, preset.seconds}});
+            content.menu.push_back({presetSentence(preset), {Kind::startSession, preset.seconds}});
     }
     content.menu.push_back(separator);
     content.menu.push_back({localizer_.text("Quit Wakeloft"), {Kind::quit, 0}});
@@ -134,6 +146,13 @@ void AwakePanel::report(Trouble trouble, std::string sentence) {
         return;
     shown = std::move(sentence);
     changed_.emit();
+}
+
+std::string AwakePanel::presetSentence(const AwakeDuration& preset) const {
+    if (const char* key = presetKey(preset))
+        return localizer_.text(key);
+    return filled(localizer_.text("Stay awake for {duration}"), "{duration}",
+                  preset.label(locale_, formatter_));
 }
 
 std::string AwakePanel::explanation() const {

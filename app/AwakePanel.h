@@ -2,7 +2,7 @@
 
 #include "PanelContent.h"
 #include "session/AwakeController.h"
-#include "session/DurationFormatter.h"
+#include "session/AwakeDuration.h"
 #include "support/Locale.h"
 #include "support/Localizer.h"
 
@@ -42,6 +42,7 @@ class AwakePanel {
     Signal& changed() { return changed_; }
 
   private:
+    [[nodiscard]] std::string presetSentence(const AwakeDuration& preset) const;
     [[nodiscard]] std::string explanation() const;
     [[nodiscard]] std::string statusLine() const;
     [[nodiscard]] std::string spokenStatus() const;

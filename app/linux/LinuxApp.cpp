@@ -7,7 +7,6 @@
 #include <QTimer>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -54,6 +53,8 @@ LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::stri
                [this](const PlatformError& error) {
                    systemEventsTrouble_ = error.description;
                    log(error.description);
+                   if (isBuilt_)
+                       panel_.report(AwakePanel::Trouble::systemEvents, error.description);
                }),
       controller_(blocker_, store_, dates_, continuous_, scheduler_, recheck_, true),
       panel_(controller_, localizer_, formatter_, localizer_.locale(),
@@ -61,7 +62,10 @@ LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::stri
       view_({[this] { return panel_.content(); },
              [this](const PanelAction& action) { panel_.perform(action); }, [this] { panel_.opened(); }}) {
     panelChanged_ = panel_.changed().subscribe([this] { refresh(); });
+    isBuilt_ = true;
     panel_.report(AwakePanel::Trouble::systemEvents, systemEventsTrouble_);
+    systemBusReopened_ =
+        systemBus_.reopened().subscribe([this] { panel_.report(AwakePanel::Trouble::systemEvents, ""); });
     tellSettingsTrouble();
     applyTheme(false);
     if (settings_ != nullptr)
@@ -89,7 +93,7 @@ bool LinuxApp::perform(const std::string& action, const DesktopApplication::Argu
     using Kind = PanelAction::Kind;
     if (action == "start-session") {
         const auto* seconds = std::get_if<double>(&argument);
-        if (seconds == nullptr || !std::isfinite(*seconds) || *seconds <= 0)
+        if (seconds == nullptr || !(*seconds > 0) || !AwakeIntent::deadlineAfter(*seconds, dates_.now()))
             return false;
         panel_.perform({Kind::startSession, *seconds});
         return true;
@@ -116,9 +120,10 @@ void LinuxApp::tellSettingsTrouble() {
         readTrouble = settings_->readTrouble() ? settings_->readTrouble()->description : "";
         writeTrouble = settings_->writeTrouble() ? settings_->writeTrouble()->description : "";
     }
-    for (const auto& sentence : {readTrouble, writeTrouble})
-        if (!sentence.empty())
-            log(sentence);
+    if (std::exchange(loggedReadTrouble_, readTrouble) != readTrouble && !readTrouble.empty())
+        log(readTrouble);
+    if (!writeTrouble.empty())
+        log(writeTrouble);
     panel_.report(AwakePanel::Trouble::settingsRead, readTrouble);
     panel_.report(AwakePanel::Trouble::settingsWrite, writeTrouble);
 }
@@ -153,14 +158,14 @@ void LinuxApp::makeTrayItem(sd_bus* sessionBus) {
 }
 
 void LinuxApp::trayHostChanged(bool isHosted) {
-    isHosted_ = isHosted;
+    const auto change = ++trayHostChanges_;
     if (isHosted) {
         panel_.report(AwakePanel::Trouble::trayHost, "");
         panel_.report(AwakePanel::Trouble::tray, "");
         return;
     }
-    loop_.performAfter(patienceForTrayHost, lifetime_.guard([this] {
-        if (!isHosted_)
+    loop_.performAfter(patienceForTrayHost, lifetime_.guard([this, change] {
+        if (change == trayHostChanges_)
             noTrayHost();
     }));
 }

@@ -57,6 +57,7 @@ class LinuxApp {
     IcuDurationFormatter formatter_;
     std::string settingsPathTrouble_;
     std::string systemEventsTrouble_;
+    bool isBuilt_ = false;                 ///< all parts are there to be told of trouble
     JsonUserDefaults* settings_ = nullptr; ///< `defaults_`, where there is a file
     std::unique_ptr<UserDefaults> defaults_;
 
@@ -73,10 +74,12 @@ class LinuxApp {
     std::unique_ptr<ColorScheme> colorScheme_;
     TrayContent trayContent_;
     std::vector<PanelAction> menuActions_; ///< by the id of their line less one
-    bool isHosted_ = false;
+    std::string loggedReadTrouble_;
+    int trayHostChanges_ = 0;
     std::unique_ptr<StatusNotifierItem> trayItem_;
     Subscription panelChanged_;
     Subscription settingsTroubleChanged_;
+    Subscription systemBusReopened_;
     Lifetime lifetime_;
 };
 

@@ -58,15 +58,19 @@ int main(int argc, char** argv) {
     std::string sessionBusTrouble;
     if (sessionBus) {
         auto claimed = DesktopApplication::claim(sessionBus->get(), std::move(events));
-        if (!claimed)
-            return fail(claimed.error().description);
-        if (claimed->first == DesktopApplication::Claim::handedOver)
+        if (claimed && claimed->first == DesktopApplication::Claim::handedOver)
             return EXIT_SUCCESS;
-        application = std::move(claimed->second);
+        if (claimed && claimed->first == DesktopApplication::Claim::otherIsSilent)
+            return fail("It runs already, but does not answer.");
+        if (claimed)
+            application = std::move(claimed->second);
+        else
+            sessionBusTrouble = claimed.error().description; // and goes on as without a bus
     } else {
         sessionBusTrouble = sessionBus.error().description;
-        static_cast<void>(fail(sessionBusTrouble));
     }
+    if (application == nullptr)
+        static_cast<void>(fail(sessionBusTrouble));
 
     if (!hasDisplay())
         return fail("There is no display to show itself on: neither WAYLAND_DISPLAY nor DISPLAY is set.");
@@ -78,10 +82,10 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     const SdEventInQt driver(event);
 
-    LinuxApp app(**loop, sessionBus ? sessionBus->get() : nullptr, sessionBusTrouble);
+    LinuxApp app(**loop, application != nullptr ? sessionBus->get() : nullptr, sessionBusTrouble);
     running = &app;
     BusSlot sessionEnd;
-    if (sessionBus) {
+    if (application != nullptr) {
         auto watched = watchBusEnd(sessionBus->get(), [] { QCoreApplication::quit(); });
         if (!watched)
             return fail(watched.error().description);

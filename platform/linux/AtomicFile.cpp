@@ -15,8 +15,6 @@ namespace wakeloft {
 
 namespace {
 
-constexpr std::size_t mostBytes = 1'048'576;
-
 class Descriptor {
   public:
     explicit Descriptor(int number) : number_(number) {}
@@ -96,7 +94,7 @@ std::expected<std::optional<std::string>, PlatformError> readWholeFile(const std
         return failed("Cannot read", path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
     std::string text;
     char buffer[4096];
-    while (text.size() <= mostBytes) {
+    while (text.size() <= mostFileBytes) {
         const ssize_t count = read(descriptor.get(), buffer, sizeof buffer);
         if (count < 0 && errno == EINTR)
             continue;
@@ -110,6 +108,8 @@ std::expected<std::optional<std::string>, PlatformError> readWholeFile(const std
 }
 
 std::expected<void, PlatformError> replaceFile(const std::filesystem::path& path, const std::string& text) {
+    if (text.size() > mostFileBytes)
+        return failed("Cannot save", path, EFBIG);
     std::error_code error;
     const auto target = followed(path);
     const auto folder = target.parent_path();
@@ -124,9 +124,10 @@ std::expected<void, PlatformError> replaceFile(const std::filesystem::path& path
         unlink(written->c_str());
         return failed("Cannot save", path, cause);
     }
-    // The new file is whole already; this makes its name last through a power cut.
+    // The new file is whole already; this makes its name last through a power cut, where the file system can.
     const Descriptor opened(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (opened.get() < 0 || fsync(opened.get()) < 0)
+    const bool isSynced = opened.get() >= 0 && fsync(opened.get()) == 0;
+    if (!isSynced && errno != EINVAL && errno != ENOSYS && errno != EOPNOTSUPP)
         return failed("Cannot save for good", path, errno);
     return {};
 }

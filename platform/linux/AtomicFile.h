@@ -2,6 +2,7 @@
 
 #include "support/Error.h"
 
+#include <cstddef>
 #include <expected>
 #include <filesystem>
 #include <optional>
@@ -9,7 +10,10 @@
 
 namespace wakeloft {
 
-/// The whole file, nothing when there is none. A folder, a device or more than a megabyte is an error.
+/// More than this is neither read nor written.
+inline constexpr std::size_t mostFileBytes = 1'048'576;
+
+/// The whole file, nothing when there is none. A folder, a device or too large a file is an error.
 std::expected<std::optional<std::string>, PlatformError> readWholeFile(const std::filesystem::path& path);
 
 /// Replaces the file at `path` by one with `text`, making its folder where missing: after a crash or a full

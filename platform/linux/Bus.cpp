@@ -1,5 +1,7 @@
 #include "Bus.h"
 
+#include <cerrno>
+#include <chrono>
 #include <cstring>
 #include <utility>
 
@@ -7,12 +9,33 @@ namespace wakeloft {
 
 namespace {
 
+/// Waits for the greeting, which the time limits of calls do not cover: a bus may accept and say nothing.
+int waitUntilReady(sd_bus* bus) {
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + std::chrono::microseconds(busCallTimeoutMicroseconds);
+    int result = 0;
+    while (result >= 0 || result == -EINTR) {
+        if (const int isReady = sd_bus_is_ready(bus); isReady != 0)
+            return isReady < 0 ? isReady : 0;
+        result = sd_bus_process(bus, nullptr);
+        if (result != 0)
+            continue;
+        const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
+        if (left <= 0)
+            return -ETIMEDOUT;
+        result = sd_bus_wait(bus, static_cast<std::uint64_t>(left));
+    }
+    return result;
+}
+
 std::expected<BusPointer, PlatformError> attached(sd_bus* bus, int result, std::string_view what,
                                                   sd_event* event) {
     if (result < 0)
         return std::unexpected(busFailure(what, result));
     BusPointer owned(bus);
-    result = sd_bus_attach_event(bus, event, SD_EVENT_PRIORITY_NORMAL);
+    result = waitUntilReady(bus);
+    if (result >= 0)
+        result = sd_bus_attach_event(bus, event, SD_EVENT_PRIORITY_NORMAL);
     if (result < 0)
         return std::unexpected(busFailure(what, result));
     return owned;
@@ -39,8 +62,9 @@ PlatformError busFailure(std::string_view what, const sd_bus_error* error, int r
         return busFailure(what, result);
     const std::string name = error->name;
     std::string text(what);
+    constexpr std::size_t longest = 300; // of a text that anybody on the bus may have written
     if (error->message != nullptr && *error->message != '\0')
-        text.append(": ").append(error->message);
+        text.append(": ").append(std::string_view(error->message).substr(0, longest));
     return {name, result, text + " (" + name + ")."};
 }
 

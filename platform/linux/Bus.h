@@ -44,7 +44,7 @@ class BusError {
 PlatformError busFailure(std::string_view what, const sd_bus_error* error, int result);
 PlatformError busFailure(std::string_view what, int result);
 
-/// Opens a bus and attaches it to `event`. Blocks for the connection only, not for the greeting.
+/// Opens a bus, waits for its greeting and attaches it to `event`.
 std::expected<BusPointer, PlatformError> openSystemBus(sd_event* event);
 std::expected<BusPointer, PlatformError> openSessionBus(sd_event* event);
 

@@ -18,8 +18,10 @@ std::expected<sd_bus*, PlatformError> BusConnection::bus() {
 
 std::expected<void, PlatformError> BusConnection::open() {
     auto opened = openSystemBus(event_);
-    if (!opened)
+    if (!opened) {
+        wasLost_ = true; // who wanted it then is told when it comes
         return std::unexpected(std::move(opened.error()));
+    }
     auto watched = watchBusEnd(opened->get(), [this] { disconnected(); });
     if (!watched)
         return std::unexpected(std::move(watched.error()));

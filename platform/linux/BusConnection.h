@@ -17,9 +17,11 @@ class BusConnection {
     /// The open bus, or why there is none. Slots on a former bus stay valid and silent.
     std::expected<sd_bus*, PlatformError> bus();
 
-    /// Told after a lost bus has been opened again: names must be watched and signals matched anew.
+    /// Told after a bus that was lost, or was not to be had, has been opened: names must be watched and
+    /// signals matched anew.
     Signal& reopened() { return reopened_; }
     Signal& lost() { return lost_; }
+    MainRunLoop& loop() { return loop_; }
 
   private:
     std::expected<void, PlatformError> open();

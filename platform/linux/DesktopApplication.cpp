@@ -64,7 +64,8 @@ DesktopApplication::Argument firstArgument(sd_bus_message* message) {
     return numberOrText(message, contents);
 }
 
-std::expected<void, PlatformError> askToOpen(sd_bus* bus) {
+/// Whether the instance that runs has answered.
+bool askToOpen(sd_bus* bus) {
     const char* token = std::getenv("XDG_ACTIVATION_TOKEN");
     const char* startupId = std::getenv("DESKTOP_STARTUP_ID");
     sd_bus_message* call = nullptr;
@@ -75,11 +76,7 @@ std::expected<void, PlatformError> askToOpen(sd_bus* bus) {
         result =
             sd_bus_message_append(call, "a{sv}", 2, "activation-token", "s", token != nullptr ? token : "",
                                   "desktop-startup-id", "s", startupId != nullptr ? startupId : "");
-    constexpr const char* what = "Wakeloft runs already, but does not answer";
-    if (result < 0)
-        return std::unexpected(busFailure(what, result));
-    const auto reply = callBus(bus, call, what);
-    return reply ? std::expected<void, PlatformError>() : std::unexpected(reply.error());
+    return result >= 0 && callBus(bus, call, "").has_value();
 }
 
 } // namespace
@@ -107,9 +104,8 @@ DesktopApplication::claim(sd_bus* bus, Events events) {
     if (result >= 0)
         result = sd_bus_request_name(bus, identifier, 0);
     if (result == -EEXIST) {
-        if (auto asked = askToOpen(bus); !asked)
-            return std::unexpected(std::move(asked.error()));
-        return std::pair(Claim::handedOver, std::unique_ptr<DesktopApplication>());
+        const auto claim = askToOpen(bus) ? Claim::handedOver : Claim::otherIsSilent;
+        return std::pair(claim, std::unique_ptr<DesktopApplication>());
     }
     if (result < 0)
         return std::unexpected(busFailure("Wakeloft cannot take its name on the session bus", result));

@@ -26,7 +26,7 @@ class DesktopApplication {
         std::function<bool(const std::string& action, const Argument& argument)> actionInvoked;
     };
 
-    enum class Claim { first, handedOver };
+    enum class Claim { first, handedOver, otherIsSilent };
 
     /// Claims the name. Where another instance has it, asks that one to open its panel and waits for its
     /// answer. `bus` must outlive the application.

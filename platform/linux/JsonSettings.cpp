@@ -53,7 +53,10 @@ std::optional<double> toNumber(const Json& json) {
     return std::nullopt;
 }
 
-std::optional<DefaultsValue> toValue(const Json& json) {
+std::optional<DefaultsValue> toValue(const Json& json, int depth = 0) {
+    constexpr int deepest = 16; // far beyond any setting of ours
+    if (depth > deepest)
+        return std::nullopt;
     if (json.is_boolean())
         return DefaultsValue{json.get<bool>()};
     if (json.is_string())
@@ -69,7 +72,7 @@ std::optional<DefaultsValue> toValue(const Json& json) {
         return std::nullopt;
     DefaultsValue::List list;
     for (const auto& each : json) {
-        auto value = toValue(each);
+        auto value = toValue(each, depth + 1);
         if (!value)
             return std::nullopt;
         list.push_back(std::move(*value));
@@ -109,7 +112,7 @@ std::expected<std::map<std::string, DefaultsValue>, std::string> settingsFromJso
     for (const auto& [key, each] : settings.items()) {
         auto value = toValue(each);
         if (!value)
-            return std::unexpected("its setting “" + key + "” cannot be read");
+            return std::unexpected("its setting “" + key.substr(0, 100) + "” cannot be read");
         values.emplace(key, std::move(*value));
     }
     return values;

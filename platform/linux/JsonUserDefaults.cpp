@@ -11,7 +11,7 @@ namespace wakeloft {
 
 std::expected<std::filesystem::path, PlatformError> settingsPath() {
     constexpr const char* file = "wakeloft/settings.json";
-    // A relative folder is to be ignored, says the base directory specification.
+    // A relative folder is to be ignored, as XDG folders must be absolute.
     if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && *folder == '/')
         return std::filesystem::path(folder) / file;
     if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
@@ -74,9 +74,9 @@ void JsonUserDefaults::read() {
         return;
     std::string why;
     if (text) {
-        seen_ = **text;
         auto values = settingsFromJson(**text);
         if (values) {
+            seen_ = **text; // anything else is not ours to replace
             values_ = std::move(*values);
             return;
         }
@@ -89,19 +89,25 @@ void JsonUserDefaults::read() {
         "settings", 0,
         "Your settings could not be read (" + why + "), so Wakeloft starts with its defaults. " +
             (kept ? "The file is kept as " + kept->string() + "." : kept.error().description)};
-    if (kept)
-        seen_.clear();
 }
 
 std::expected<void, PlatformError> JsonUserDefaults::writeFile() {
     const auto onDisk = readWholeFile(path_);
     // Somebody else's file, or one that could not be moved out of the way at the start, is not overwritten.
-    if (!onDisk || onDisk->value_or("") != seen_)
-        if (auto kept = keepAside(); !kept)
-            return std::unexpected(std::move(kept.error()));
+    if (!onDisk || (*onDisk && **onDisk != seen_)) {
+        const auto kept = keepAside();
+        if (!kept)
+            return std::unexpected(kept.error());
+        readTrouble_ =
+            PlatformError{"settings", 0,
+                          "Another program has changed Wakeloft's settings. Its version is kept as " +
+                              kept->string() + "."};
+        troubleChanged_.emit();
+    }
     std::string text = jsonFromSettings(values_);
     auto replaced = replaceFile(path_, text);
-    if (replaced)
+    // A file that is there, but perhaps not for good, is ours all the same.
+    if (replaced || readWholeFile(path_) == text)
         seen_ = std::move(text);
     return replaced;
 }

@@ -36,7 +36,7 @@ class JsonUserDefaults final : public UserDefaults {
     /// memory, and the next change tries again.
     void write();
 
-    /// A file that was not understood and where it went; stays for the life of this object.
+    /// A file that was not understood, or not ours, and where it went; stays for the life of this object.
     [[nodiscard]] const std::optional<PlatformError>& readTrouble() const { return readTrouble_; }
     /// Why the latest write failed; empty after one that worked.
     [[nodiscard]] const std::optional<PlatformError>& writeTrouble() const { return writeTrouble_; }

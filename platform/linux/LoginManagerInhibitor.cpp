@@ -1,5 +1,7 @@
 #include "LoginManagerInhibitor.h"
 
+#include "WakeSignal.h"
+
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -16,6 +18,7 @@ namespace {
 constexpr const char* service = "org.freedesktop.login1";
 constexpr const char* path = "/org/freedesktop/login1";
 constexpr const char* interface = "org.freedesktop.login1.Manager";
+constexpr Seconds pauseBeforeAskingAgain = 5;
 constexpr const char* refused = "The login manager refused to hold off sleep";
 
 bool meansAbsent(std::string_view errorName) {
@@ -86,12 +89,26 @@ bool LoginManagerInhibitor::isIdleActionIgnored() {
     const auto bus = systemBus_.bus();
     if (!bus)
         return false;
-    char* action = nullptr;
-    BusError error;
-    if (sd_bus_get_property_string(*bus, service, path, interface, "IdleAction", error.get(), &action) < 0)
+    sd_bus_message* get = nullptr;
+    int result =
+        sd_bus_message_new_method_call(*bus, &get, service, path, "org.freedesktop.DBus.Properties", "Get");
+    const BusMessage owned(get);
+    if (result >= 0)
+        result = sd_bus_message_append(get, "ss", interface, "IdleAction");
+    if (result < 0)
         return false; // unknown: better held once too often
-    const std::unique_ptr<char, decltype(&std::free)> owned(action, &std::free);
-    return std::string_view(action) == "ignore";
+    const auto reply = callBus(*bus, get, "The login manager's idle action cannot be read");
+    const char* action = nullptr;
+    return reply && sd_bus_message_read(reply->get(), "v", "s", &action) >= 0 &&
+           std::string_view(action) == "ignore";
+}
+
+void LoginManagerInhibitor::takeSoon() {
+    if (isWanted_)
+        return; // its own watches take it again
+    isWanted_ = true;
+    watch();
+    takeLater();
 }
 
 void LoginManagerInhibitor::watch() {
@@ -99,15 +116,7 @@ void LoginManagerInhibitor::watch() {
     if (isWatching_ || !bus)
         return;
     auto owner = watchBusName(*bus, service, [this](const std::string&) { verify(); });
-    auto wake =
-        matchBusSignal(*bus,
-                       "type='signal',sender='org.freedesktop.login1',path='/org/freedesktop/login1',"
-                       "interface='org.freedesktop.login1.Manager',member='PrepareForSleep'",
-                       [this](sd_bus_message* message) {
-                           int isGoingToSleep = 1;
-                           if (sd_bus_message_read(message, "b", &isGoingToSleep) >= 0 && isGoingToSleep == 0)
-                               verify();
-                       });
+    auto wake = watchWakeSignal(*bus, [this] { verify(); });
     if (!owner || !wake) {
         hold_.trouble = owner ? wake.error() : owner.error();
         return;
@@ -130,10 +139,12 @@ void LoginManagerInhibitor::verify() {
     }
     const auto list = call(*bus, "ListInhibitors");
     auto slot = callBusLater(*bus, list.get(), [this](sd_bus_message* reply) { listed(reply); });
-    if (slot)
+    if (slot) {
         pending_ = std::move(*slot);
-    else
+    } else {
         refuse(slot.error());
+        changed_();
+    }
 }
 
 void LoginManagerInhibitor::listed(sd_bus_message* reply) {
@@ -141,6 +152,11 @@ void LoginManagerInhibitor::listed(sd_bus_message* reply) {
     if (!isWanted_)
         return;
     if (const auto* error = sd_bus_message_get_error(reply)) {
+        if (!meansAbsent(error->name)) {
+            // Too busy to answer, such as after a wake: nothing is known to have changed.
+            systemBus_.loop().performAfter(pauseBeforeAskingAgain, lifetime_.guard([this] { verify(); }));
+            return;
+        }
         hold_ = {Hold::State::absent, busFailure("The login manager went away", error, -EIO)};
     } else if (lists(reply)) {
         hold_ = {Hold::State::held, std::nullopt};

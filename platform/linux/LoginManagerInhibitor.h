@@ -21,6 +21,8 @@ class LoginManagerInhibitor {
 
     /// Waits for the answer of one call.
     const Hold& take();
+    /// Takes it, where it is not wanted yet, without waiting; `changed` is told of the answer.
+    void takeSoon();
     void release();
     [[nodiscard]] const Hold& hold() const { return hold_; }
 
@@ -54,6 +56,7 @@ class LoginManagerInhibitor {
     int descriptor_ = -1;
     Subscription reopened_;
     Subscription lost_;
+    Lifetime lifetime_;
 };
 
 } // namespace wakeloft

@@ -15,11 +15,10 @@ std::expected<void, Error> LogindSleepBlocker::engage() {
     const bool wasLost = isWanted_;
     isWanted_ = true;
     session_.take();
-    if (session_.hold().isHeld() && session_.isKdePowerManagementRunning() &&
-        loginManager_.isIdleActionIgnored())
-        loginManager_.release();
-    else
+    if (isLoginManagerWanted())
         loginManager_.take();
+    else
+        loginManager_.release();
     told_ = judge();
     toldLimitation_ = limitation();
     if (told_)
@@ -28,6 +27,14 @@ std::expected<void, Error> LogindSleepBlocker::engage() {
     if (!wasLost) // a lost hold goes on being taken again when its service comes back
         release();
     return std::unexpected(error);
+}
+
+// Not beside a session service that refused, as the start fails then; and not under KDE, see the header.
+bool LogindSleepBlocker::isLoginManagerWanted() {
+    if (session_.hold().state == Hold::State::failed)
+        return false;
+    return !session_.hold().isHeld() || !session_.isKdePowerManagementRunning() ||
+           !loginManager_.isIdleActionIgnored();
 }
 
 void LogindSleepBlocker::release() {
@@ -74,6 +81,10 @@ std::expected<void, PlatformError> LogindSleepBlocker::judge() const {
 void LogindSleepBlocker::holdChanged() {
     if (!isWanted_)
         return;
+    if (isLoginManagerWanted())
+        loginManager_.takeSoon();
+    else
+        loginManager_.release();
     auto now = judge();
     auto nowLimited = limitation();
     if (now == told_ && nowLimited == toldLimitation_)

@@ -25,6 +25,7 @@ class LogindSleepBlocker final : public SleepBlocker {
     void observeHold(std::function<void(std::expected<void, Error>)> changed) override;
 
   private:
+    [[nodiscard]] bool isLoginManagerWanted();
     [[nodiscard]] std::expected<void, PlatformError> judge() const;
     void holdChanged();
 

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdlib>
 #include <string_view>
 #include <utility>
@@ -66,8 +67,8 @@ const Hold& SessionInhibitor::take() {
     isWanted_ = true;
     if (hold_.isHeld())
         return hold_;
-    if (bus_ != nullptr && !areOwnersKnown_)
-        learnOwners();
+    if (bus_ != nullptr && !areOwnersKnown_ && !learnOwners())
+        return hold_;
     const auto service = firstService();
     if (!service) {
         hold_.state = Hold::State::absent;
@@ -77,10 +78,13 @@ const Hold& SessionInhibitor::take() {
     auto reply = call != nullptr
                      ? callBus(bus_, call.get(), "The desktop refused to hold off sleep")
                      : std::unexpected(busFailure("The desktop cannot be asked to hold off sleep", -ENOMEM));
-    if (reply)
+    if (reply) {
         accept(*service, reply->get());
-    else
-        hold_ = {Hold::State::failed, reply.error()};
+        return hold_;
+    }
+    if (reply.error().code == -ETIMEDOUT)
+        expectLateAnswer(*service, call.get());
+    hold_ = {Hold::State::failed, reply.error()};
     return hold_;
 }
 
@@ -92,35 +96,45 @@ void SessionInhibitor::release() {
 }
 
 bool SessionInhibitor::isKdePowerManagementRunning() {
-    if (bus_ != nullptr && !areOwnersKnown_)
-        learnOwners();
+    if (bus_ != nullptr && !areOwnersKnown_ && !learnOwners())
+        return false;
     return !owners_[kdePowerManagement].empty();
 }
 
 // One call for all names; each later change is told by its watch.
-void SessionInhibitor::learnOwners() {
-    BusError error;
-    sd_bus_message* reply = nullptr;
-    const int result = sd_bus_call_method(bus_, "org.freedesktop.DBus", "/org/freedesktop/DBus",
-                                          "org.freedesktop.DBus", "ListNames", error.get(), &reply, nullptr);
-    const BusMessage owned(reply);
-    if (result < 0) {
-        hold_.trouble = busFailure("The services of this session cannot be listed", error.get(), result);
-        return;
+bool SessionInhibitor::learnOwners() {
+    sd_bus_message* list = nullptr;
+    const int result = sd_bus_message_new_method_call(
+        bus_, &list, "org.freedesktop.DBus", "/org/freedesktop/DBus", "org.freedesktop.DBus", "ListNames");
+    const BusMessage owned(list);
+    constexpr const char* what = "The services of this session cannot be listed";
+    const auto listed = result < 0 ? std::unexpected(busFailure(what, result)) : callBus(bus_, list, what);
+    if (!listed) {
+        hold_ = {Hold::State::failed, listed.error()};
+        return false;
     }
+    sd_bus_message* reply = listed->get();
     areOwnersKnown_ = true;
     if (sd_bus_message_enter_container(reply, 'a', "s") < 0)
-        return;
+        return true; // an empty bus
     const char* name = nullptr;
     while (sd_bus_message_read(reply, "s", &name) > 0)
         for (std::size_t index = 0; index < nameCount; ++index)
             if (std::string_view(name) == services[index].name && owners_[index].empty())
                 owners_[index] = name;
+    return true;
 }
 
 void SessionInhibitor::ownerChanged(std::size_t name, std::string newOwner) {
     owners_[name] = std::move(newOwner);
-    if (!isWanted_ || name == kdePowerManagement)
+    if (!isWanted_)
+        return;
+    if (name == kdePowerManagement) {
+        changed_();
+        return;
+    }
+    // Word of the owner that has answered already is no restart.
+    if (cookie_ && cookie_->service == name && cookie_->owner == owners_[name])
         return;
     if (cookie_ && cookie_->service == name) {
         cookie_.reset(); // the service that knew it is gone
@@ -158,6 +172,8 @@ std::optional<SessionInhibitor::Cookie> SessionInhibitor::cookieIn(std::size_t s
                                                                    sd_bus_message* reply) const {
     Cookie cookie;
     cookie.service = service;
+    if (const char* sender = sd_bus_message_get_sender(reply))
+        cookie.owner = sender;
     if (services[service].dialect == Dialect::portal) {
         const char* handle = nullptr;
         if (sd_bus_message_read(reply, "o", &handle) < 0)
@@ -189,17 +205,24 @@ void SessionInhibitor::takeLater() {
     const auto call = inhibitCall(*service);
     auto slot = callBusLater(bus_, call.get(),
                              [this, index = *service](sd_bus_message* reply) { answered(index, reply); });
-    if (slot)
-        pending_ = std::move(*slot);
-    else
+    if (!slot) {
         hold_ = {Hold::State::failed, slot.error()};
+        return;
+    }
+    pending_ = std::move(*slot);
+    pendingCall_.reset(sd_bus_message_ref(call.get()));
 }
 
 void SessionInhibitor::answered(std::size_t service, sd_bus_message* reply) {
     pending_.reset();
     if (const auto* error = sd_bus_message_get_error(reply)) {
-        if (isWanted_ && !cookie_)
+        if (std::string_view(error->name) == "org.freedesktop.DBus.Error.NoReply")
+            expectLateAnswer(service, pendingCall_.get());
+        if (isWanted_ && !cookie_) {
             hold_ = {Hold::State::failed, busFailure("The desktop refused to hold off sleep", error, -EIO)};
+            if (owners_[service].empty())
+                takeLater(); // it did not refuse, it died
+        }
     } else if (isWanted_ && !cookie_) {
         accept(service, reply);
     } else if (const auto unwanted = cookieIn(service, reply)) {
@@ -207,6 +230,39 @@ void SessionInhibitor::answered(std::size_t service, sd_bus_message* reply) {
     }
     if (isWanted_)
         changed_();
+}
+
+// A service that grants after all, long after nobody waits, must not be left holding sleep off.
+void SessionInhibitor::expectLateAnswer(std::size_t service, sd_bus_message* call) {
+    std::uint64_t serial = 0;
+    if (call == nullptr || sd_bus_message_get_cookie(call, &serial) < 0)
+        return;
+    late_.emplace(serial, service);
+    if (lateAnswers_ != nullptr)
+        return;
+    sd_bus_slot* slot = nullptr;
+    const auto heard = [](sd_bus_message* message, void* userdata, sd_bus_error*) {
+        static_cast<SessionInhibitor*>(userdata)->heardLate(message);
+        return 0;
+    };
+    if (sd_bus_add_filter(bus_, &slot, heard, this) >= 0)
+        lateAnswers_.reset(slot);
+}
+
+void SessionInhibitor::heardLate(sd_bus_message* message) {
+    std::uint64_t serial = 0;
+    if (sd_bus_message_is_method_call(message, nullptr, nullptr) != 0 ||
+        sd_bus_message_get_reply_cookie(message, &serial) < 0)
+        return;
+    const auto found = late_.find(serial);
+    if (found == late_.end())
+        return;
+    const auto service = found->second;
+    late_.erase(found);
+    if (sd_bus_message_is_method_error(message, nullptr) != 0)
+        return;
+    if (const auto unwanted = cookieIn(service, message))
+        letGo(*unwanted);
 }
 
 void SessionInhibitor::letGo(const Cookie& cookie) const {

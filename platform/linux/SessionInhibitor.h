@@ -7,6 +7,7 @@
 #include <array>
 #include <cstddef>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -35,17 +36,20 @@ class SessionInhibitor {
     static constexpr std::size_t nameCount = 5;
     struct Cookie {
         std::size_t service = 0;
+        std::string owner; ///< the unique name that granted it
         std::uint32_t number = 0;
         std::string handle; ///< the portal's
     };
 
-    void learnOwners();
+    bool learnOwners();
     void ownerChanged(std::size_t name, std::string newOwner);
     [[nodiscard]] std::optional<std::size_t> firstService() const;
     [[nodiscard]] BusMessage inhibitCall(std::size_t service) const;
     std::optional<Cookie> cookieIn(std::size_t service, sd_bus_message* reply) const;
     void takeLater();
     void answered(std::size_t service, sd_bus_message* reply);
+    void expectLateAnswer(std::size_t service, sd_bus_message* call);
+    void heardLate(sd_bus_message* message);
     void letGo(const Cookie& cookie) const;
     void accept(std::size_t service, sd_bus_message* reply);
 
@@ -57,6 +61,9 @@ class SessionInhibitor {
     bool areOwnersKnown_ = false;
     std::array<BusSlot, nameCount> watches_;
     BusSlot pending_;
+    BusMessage pendingCall_;
+    BusSlot lateAnswers_;
+    std::map<std::uint64_t, std::size_t> late_; ///< calls given up on, by serial, and their service
     bool isWanted_ = false;
     Hold hold_;
     std::optional<Cookie> cookie_;

@@ -1,5 +1,7 @@
 #include "SystemDeadlineRecheckNotifier.h"
 
+#include "WakeSignal.h"
+
 #include <sys/epoll.h>
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -35,15 +37,7 @@ void SystemDeadlineRecheckNotifier::watchWakes() {
         failed_(bus.error());
         return;
     }
-    auto slot =
-        matchBusSignal(*bus,
-                       "type='signal',sender='org.freedesktop.login1',path='/org/freedesktop/login1',"
-                       "interface='org.freedesktop.login1.Manager',member='PrepareForSleep'",
-                       [this](sd_bus_message* message) {
-                           int isGoingToSleep = 1;
-                           if (sd_bus_message_read(message, "b", &isGoingToSleep) >= 0 && isGoingToSleep == 0)
-                               tell();
-                       });
+    auto slot = watchWakeSignal(*bus, [this] { tell(); });
     if (slot)
         wakeSlot_ = std::move(*slot);
     else

@@ -126,7 +126,7 @@ TEST_F(Panel, TheTrayOffersTheSameInItsMenu) {
     auto tray = panel.trayContent();
     EXPECT_EQ(tray.spokenLabel, "Wakeloft: off");
     ASSERT_EQ(tray.menu.size(), 8U);
-    EXPECT_EQ(tray.menu[3].title, "Stay awake for 30 min");
+    EXPECT_EQ(tray.menu[3].title, "Stay awake for 30 minutes");
     panel.perform(tray.menu[3].action);
     tray = panel.trayContent();
     EXPECT_EQ(tray.spokenLabel, "Wakeloft: on, timer running");

@@ -127,12 +127,25 @@ TEST_F(Settings, AForeignWriteWhileRunningIsKeptAside) {
     defaults.set("a", {2.0});
     defaults.write();
     EXPECT_EQ(kept(), "somebody's own");
+    EXPECT_TRUE(defaults.readTrouble()->description.starts_with("Another program has changed"));
     EXPECT_EQ(JsonUserDefaults(path, *loop).value("a"), DefaultsValue{2.0});
     fs::remove(path); // removed by hand: simply written anew
     defaults.set("a", {3.0});
     defaults.write();
     EXPECT_EQ(defaults.writeTrouble(), std::nullopt);
     EXPECT_EQ(files(), 2);
+}
+
+TEST_F(Settings, AFileThatCannotBeMovedAwayIsNotOverwritten) {
+    put("somebody's own");
+    for (int number = 1; number < 1000; ++number)
+        std::ofstream(path.string() + ".kept-" + std::to_string(number)) << "kept before";
+    JsonUserDefaults defaults(path, *loop);
+    EXPECT_TRUE(defaults.readTrouble());
+    defaults.set("a", {1.0});
+    defaults.write();
+    EXPECT_TRUE(defaults.writeTrouble());
+    EXPECT_EQ(contents(path), "somebody's own");
 }
 
 TEST_F(Settings, AFolderOrAPipeInItsPlaceDoesNotHangAndLosesNothing) {

@@ -138,13 +138,39 @@ TEST_F(Blocker, TheFirstSessionServiceIsAskedBesideTheLoginManager) {
 
 TEST_F(Blocker, ARefusingSessionServiceFailsTheStartAndLetsGoOfTheRest) {
     startLoginManager();
-    const FakeInhibitService sessionManager(bus, Dialect::sessionManager, true);
+    const FakeInhibitService sessionManager(bus, Dialect::sessionManager,
+                                            {.refuses = true, .answersAfterMs = 0});
     makeBlocker();
     const auto engaged = blocker->engage();
     ASSERT_FALSE(engaged);
     EXPECT_EQ(std::get<PlatformError>(engaged.error()).description,
               "The desktop refused to hold off sleep: Not today. (org.example.Refused).");
     EXPECT_TRUE(waitFor([&] { return listed() == 0; }));
+}
+
+TEST_F(Blocker, ALateGrantIsLetGoOf) {
+    startLoginManager();
+    const FakeInhibitService sessionManager(bus, Dialect::sessionManager,
+                                            {.refuses = false, .answersAfterMs = 5500});
+    makeBlocker();
+    EXPECT_FALSE(blocker->engage()); // it has waited for five seconds
+    EXPECT_EQ(listed(), 0);
+    EXPECT_TRUE(waitFor([&] { return sessionManager.held() == 1; }));
+    EXPECT_TRUE(waitFor([&] { return sessionManager.held() == 0; }));
+}
+
+TEST_F(Blocker, LateKdeTakesTheLoginManagersPlace) {
+    startLoginManager("ignore");
+    const FakeInhibitService powerManagement(bus, Dialect::powerManagement);
+    makeBlocker();
+    ASSERT_TRUE(blocker->engage());
+    EXPECT_EQ(listed(), 1);
+    ASSERT_GE(sd_bus_request_name(observer.get(), "org.kde.Solid.PowerManagement", 0), 0);
+    EXPECT_TRUE(waitFor([&] { return listed() == 0; }));
+    EXPECT_TRUE(blocker->isEngaged());
+    ASSERT_GE(sd_bus_release_name(observer.get(), "org.kde.Solid.PowerManagement"), 0);
+    EXPECT_TRUE(waitFor([&] { return listed() == 1; }));
+    EXPECT_TRUE(told.empty());
 }
 
 TEST_F(Blocker, ASessionServiceWithoutALoginManagerIsEnough) {

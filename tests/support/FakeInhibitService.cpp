@@ -2,14 +2,16 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+
 namespace wakeloft {
 
 namespace {
 constexpr std::uint32_t cookieNumber = 7;
 }
 
-FakeInhibitService::FakeInhibitService(const PrivateBus& bus, Dialect dialect, bool refuses)
-    : dialect_(dialect), refuses_(refuses), thread_([this, &bus] { run(bus); }) {
+FakeInhibitService::FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners)
+    : dialect_(dialect), manners_(manners), thread_([this, &bus] { run(bus); }) {
     isReady_.wait(false);
 }
 
@@ -34,7 +36,8 @@ int FakeInhibitService::inhibit(sd_bus_message* message, void* userdata, sd_bus_
                            : sd_bus_message_read(message, "ss", &who, &why);
     if (result < 0)
         return result;
-    if (self->refuses_)
+    std::this_thread::sleep_for(std::chrono::milliseconds(self->manners_.answersAfterMs));
+    if (self->manners_.refuses)
         return sd_bus_error_set(error, "org.example.Refused", "Not today.");
     self->latest_ = std::to_string(flags) + " " + who + ": " + why;
     ++self->held_;

@@ -14,7 +14,12 @@ class FakeInhibitService {
   public:
     enum class Dialect { sessionManager, powerManagement };
 
-    FakeInhibitService(const PrivateBus& bus, Dialect dialect, bool refuses = false);
+    struct Manners {
+        bool refuses = false;
+        int answersAfterMs = 0;
+    };
+
+    FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners = {false, 0});
     FakeInhibitService(const FakeInhibitService&) = delete;
     FakeInhibitService& operator=(const FakeInhibitService&) = delete;
     ~FakeInhibitService();
@@ -32,7 +37,7 @@ class FakeInhibitService {
     void run(const PrivateBus& bus);
 
     Dialect dialect_;
-    bool refuses_;
+    Manners manners_;
     std::atomic<int> held_ = 0;
     std::string latest_; ///< written before the reply is sent, read after it has come
     std::atomic<bool> isReady_ = false;

@@ -22,18 +22,13 @@ struct Clock : testing::Test {
     double boottime = 0;
 
     void SetUp() override {
-        if (std::string(WAKELOFT_SANITIZED) != "")
-            GTEST_SKIP() << "a sanitized program refuses a library that is loaded before its own";
         const auto path = (app.home() / "clock").string();
         ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
         pipe = open(path.c_str(), O_RDWR | O_CLOEXEC);
         app.start({"LD_PRELOAD=" WAKELOFT_CLOCK_SHIFT_LIBRARY, "WAKELOFT_CLOCK_SHIFT=" + path});
         ASSERT_TRUE(app.isReady()) << app.output();
     }
-    void TearDown() override {
-        if (pipe >= 0)
-            close(pipe);
-    }
+    void TearDown() override { close(pipe); }
 
     void move(double wall, double sinceBoot, bool isClockSet) {
         realtime += wall;

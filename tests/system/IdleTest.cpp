@@ -39,6 +39,9 @@ TEST_F(IdleAction, IsHeldOffWhileOnAndTakenBeforeAndAfter) {
     constexpr int longEnough = 40;
     if (!LoginManager::isReal())
         GTEST_SKIP() << "the real login manager cannot run here";
+    // A bus closes connections that have said nothing for half a minute.
+    EXPECT_EQ(loginManager.count(), 0);
+    EXPECT_EQ(app.trayTitle(), "");
     ASSERT_TRUE(suspendsWithin(longEnough)) << "without the program nothing suspends: the rig proves nothing";
     app.start();
     ASSERT_TRUE(app.isReady()) << app.output();

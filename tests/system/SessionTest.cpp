@@ -53,7 +53,7 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
     ASSERT_TRUE(gone);
     EXPECT_LE(*gone, promptMs);
     EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
-    for (const double rubbish : {0.0, -1.0, 1.0 / 0.0})
+    for (const double rubbish : {0.0, -1.0, 1.0 / 0.0, 1e300})
         EXPECT_NE(app.act("start-session", rubbish), "");
     EXPECT_NE(app.act("start-session"), "");
     EXPECT_NE(app.act("reboot"), "");
@@ -63,7 +63,7 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
 TEST_F(Session, TheTrayMenuDoesWhatItsLinesSay) {
     startReady();
     const auto turnOn = app.trayMenuLine("Turn On");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hr")));
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hour")));
     expectHeldOnce();
     expectTrayTitle("Wakeloft: on, timer running");
     const auto turnOff = app.trayMenuLine("Turn Off");

@@ -1,0 +1,28 @@
+#pragma once
+
+#include "Table.h"
+
+#include <string>
+
+namespace wakeloft {
+
+/// The programs that are measured.
+struct MeasuredPrograms {
+    std::string wakeloft;
+    std::string bareTray;
+};
+
+/// From the call that a click makes to the inhibitor held, over the bus call that this needs at least. In
+/// this process.
+void measureClickToHold(Table& table);
+/// From a session-bus action to the login manager's word that idle sleep is blocked, with the running
+/// program.
+void measureActionToHold(Table& table, const MeasuredPrograms& programs);
+/// Context switches of all threads in a minute at rest.
+void measureWakeUps(Table& table, const MeasuredPrograms& programs);
+/// Memory of the program at rest, its panel never opened.
+void measureMemory(Table& table, const MeasuredPrograms& programs);
+/// From the start to the moment a tray has read the icon.
+void measureStartToTray(Table& table, const MeasuredPrograms& programs);
+
+} // namespace wakeloft
