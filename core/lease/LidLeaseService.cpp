@@ -30,7 +30,7 @@ std::optional<std::string> LidLeaseService::renewUntil(double deadline, LidClien
         return yieldedReason();
 
     using Standing = SleepSettingStanding;
-    const auto refused = std::visit(
+    auto refused = std::visit(
         Overloaded{[](const Standing::AsWritten&) -> std::optional<std::string> { return std::nullopt; },
                    [this](const Standing::OnElsewhere&) -> std::optional<std::string> {
                        log_("lease refused: disablesleep is already 1 and this helper did not write it; left "

@@ -33,8 +33,8 @@ struct SleepSettingStanding {
 };
 
 /// The one owner of the sleep setting: it is on only while a lease is held and has not lapsed, and is put
-/// back when that ends, however often it takes. Passive: whoever drives it calls `checkLease()` when
-/// `nextCheck()` has come. Main thread.
+/// back when that ends, however often it takes. Passive: whoever drives it calls `checkLease()` when the
+/// lease ends on either clock and at `retryAt()`. Main thread.
 class LidSleepLeaseKeeper {
   public:
     /// Puts the setting back at once, whatever a helper before this one left. All must outlive the keeper.

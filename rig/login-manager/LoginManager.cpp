@@ -13,6 +13,7 @@ namespace {
 
 constexpr const char* managerPath = "/org/freedesktop/login1";
 constexpr const char* managerInterface = "org.freedesktop.login1.Manager";
+constexpr const char* lidInterface = "com.wakeloft.Rig.Lid";
 constexpr const char* operationInProgress = "org.freedesktop.login1.OperationInProgress";
 constexpr std::chrono::microseconds sleepTime{300'000};
 
@@ -51,8 +52,17 @@ Outcome LoginManager::publish() {
         sd_bus_vtable SD_BUS_SIGNAL("PrepareForSleep", "b", 0),
         sd_bus_vtable SD_BUS_VTABLE_END,
     };
+    static const std::array lidTable = {
+        sd_bus_vtable SD_BUS_VTABLE_START(0),
+        sd_bus_vtable SD_BUS_METHOD("Set", "bb", "", setLid, SD_BUS_VTABLE_UNPRIVILEGED),
+        sd_bus_vtable SD_BUS_VTABLE_END,
+    };
     int result =
         sd_bus_add_object_vtable(service_.bus(), nullptr, managerPath, managerInterface, table.data(), this);
+    if (result >= 0) {
+        result = sd_bus_add_object_vtable(service_.bus(), nullptr, managerPath, lidInterface, lidTable.data(),
+                                          this);
+    }
     if (result >= 0) {
         sd_event_source* timer = nullptr;
         result =
@@ -154,7 +164,32 @@ int LoginManager::property(sd_bus*, const char*, const char*, const char* name, 
     if (asked == "IdleAction") {
         return sd_bus_message_append(reply, "s", self.idleAction_.isSuspend ? "suspend" : "ignore");
     }
-    return sd_bus_message_append(reply, "b", asked == "PreparingForSleep" && self.isAsleep_ ? 1 : 0);
+    if (asked == "LidClosed") {
+        return sd_bus_message_append(reply, "b", self.isLidClosed_ ? 1 : 0);
+    }
+    if (asked == "Docked") {
+        return sd_bus_message_append(reply, "b", self.isDocked_ ? 1 : 0);
+    }
+    return sd_bus_message_append(reply, "b", self.isAsleep_ ? 1 : 0);
+}
+
+int LoginManager::setLid(sd_bus_message* message, void* userData, sd_bus_error*) {
+    auto& self = *static_cast<LoginManager*>(userData);
+    int isClosed = 0;
+    int isDocked = 0;
+    int result = sd_bus_message_read(message, "bb", &isClosed, &isDocked);
+    if (result < 0) {
+        return result;
+    }
+    self.isLidClosed_ = isClosed != 0;
+    self.isDocked_ = isDocked != 0;
+    result = self.handleLid();
+    return result < 0 ? result : sd_bus_reply_method_return(message, nullptr);
+}
+
+int LoginManager::handleLid() {
+    const bool isHeld = holdsAny(inhibitors_.heldBy(true), InhibitorWhat::handleLidSwitch);
+    return isLidClosed_ && !isDocked_ && !isHeld && !isAsleep_ ? fallAsleep("lid") : 0;
 }
 
 void LoginManager::inhibitorsChanged() {
@@ -166,6 +201,9 @@ void LoginManager::inhibitorsChanged() {
         if (const auto told = outcome("Cannot tell that BlockInhibited changed", result); !told) {
             std::cerr << told.error() << '\n';
         }
+    }
+    if (const auto handled = outcome("Cannot handle the lid", handleLid()); !handled) {
+        std::cerr << handled.error() << '\n';
     }
     const bool isIdle = !holdsAny(blocks, InhibitorWhat::idle | InhibitorWhat::sleep);
     if (isIdle != std::exchange(isIdle_, isIdle) && !isAsleep_) {

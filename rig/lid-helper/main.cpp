@@ -1,0 +1,91 @@
+#include "BootTimer.h"
+#include "BusConnection.h"
+#include "FileSleepSetting.h"
+#include "HelperLog.h"
+#include "LidLeaseBusService.h"
+#include "SdEventMainRunLoop.h"
+#include "SystemClocks.h"
+#include "SystemDeadlineRecheckNotifier.h"
+#include "TerminationSignals.h"
+#include "lease/LidHelperLoop.h"
+
+#include <chrono>
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+#include <thread>
+
+using namespace wakeloft;
+
+namespace {
+
+int fail(const std::string& sentence) {
+    std::cerr << "wakeloft-rig-lid-helper: " << sentence << '\n';
+    return EXIT_FAILURE;
+}
+
+void logNotice(const std::string& line) {
+    logLine(LogPriority::notice, line);
+}
+
+int serve(const std::string& path) {
+    const auto loop = SdEventMainRunLoop::create();
+    if (!loop)
+        return fail(loop.error().description);
+    sd_event* event = (*loop)->event();
+    bool isOver = false;
+    const auto signals = TerminationSignals::watch(event, [&] { isOver = true; });
+    BusConnection systemBus(event, **loop);
+    const auto bus = systemBus.bus();
+    if (!signals || !bus)
+        return fail(signals ? bus.error().description : signals.error().description);
+    const Subscription lost = systemBus.lost().subscribe([&] { isOver = true; });
+
+    const auto failed = [](const PlatformError& error) { logLine(LogPriority::error, error.description); };
+    const SystemDateProvider dates;
+    const SystemUptimeProvider uptime;
+    BootTimer timer(event);
+    rig::FileSleepSetting setting(path);
+    LidSleepLeaseKeeper keeper(setting, dates, uptime);
+    LidLeaseService service(keeper, logNotice);
+    const auto record = [&] {
+        if (const auto recorded = setting.record(keeper.leaseExpiry()); !recorded)
+            failed(recorded.error());
+    };
+    LidHelperLoop helper(
+        service, keeper,
+        {.dates = dates,
+         .uptime = uptime,
+         .timer = timer,
+         .log = logNotice,
+         .settled = record,
+         .end = [&] { isOver = true; },
+         .pause =
+             [](Seconds seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }});
+    LidLeaseListener listener("nobody is checked", helper.requests(**loop));
+    SystemDeadlineRecheckNotifier recheck(event, systemBus, failed);
+    recheck.observe([&] { helper.check(); });
+    LidLeaseBusService clients(
+        *bus, listener,
+        [](const std::string&, const LidLeaseBusService::Decided& decided) { decided(std::nullopt); },
+        logNotice);
+    if (const auto published = clients.publish(); !published)
+        return fail(published.error().description);
+    while (!isOver)
+        if (sd_event_run(event, UINT64_MAX) < 0)
+            return fail("The event loop failed.");
+    return helper.stop() ? EXIT_SUCCESS : EXIT_FAILURE;
+}
+
+} // namespace
+
+/// The lid helper with a lease file in place of the login manager's lock; it lets everybody in.
+int main(int count, char** arguments) {
+    constexpr std::string_view option = "--lease-file=";
+    const std::string_view argument = count == 2 ? arguments[1] : "";
+    if (count > 2 || (count == 2 && !argument.starts_with(option)))
+        return fail("usage: [--lease-file=PATH]");
+    if (std::getenv("DBUS_SYSTEM_BUS_ADDRESS") == nullptr)
+        return fail("DBUS_SYSTEM_BUS_ADDRESS is not set; this stand-in runs on a private bus only.");
+    return serve(count == 2 ? std::string(argument.substr(option.size())) : RigLeaseFile::defaultPath);
+}
