@@ -137,7 +137,8 @@ TEST_F(PanelViewTest, noTextIsCutHoweverLong) {
     const std::string compound = "Energieverwaltungsdienstkommunikationsschnittstellenbeschreibung";
     for (const bool isRightToLeft : {false, true}) {
         content.isRightToLeft = isRightToLeft;
-        content.explanation = compound + " " + compound;
+        content.explanation = compound;
+        content.explanation.append(" ").append(compound);
         content.mainButton.title = compound;
         content.sessionButtons = {button("1 Std., 30 Min.", PanelAction::Kind::startSession, 1),
                                   button(compound, PanelAction::Kind::startSession, 2),
@@ -272,6 +273,7 @@ TEST(TrayGlyphTest, everyStateLooksDifferentAtEverySizeAndIsPlainArgb) {
                                          {true, false, true},
                                          {true, true, true}};
     std::vector<std::vector<TrayPixmap>> drawn;
+    drawn.reserve(std::size(icons));
     for (const MenuBarIcon& icon : icons)
         drawn.push_back(trayPixmaps(icon, QColor(0x10, 0x20, 0x30)));
     for (size_t i = 0; i < drawn.size(); ++i) {

@@ -94,14 +94,17 @@ TEST_F(Settings, ChangesOfOneTurnAreWrittenOnceAndLater) {
 }
 
 TEST_F(Settings, AFileThatIsNotUnderstoodIsKeptAside) {
-    for (const std::string text :
-         {"", "{\"format\": \"wakeloft-settings\", \"version\": 1, \"sett", "[1, 2]", "{}", "\xff\x00\x01",
-          "{\"format\": \"someone-else\", \"version\": 1, \"settings\": {}}",
-          "{\"format\": \"wakeloft-settings\", \"version\": 2, \"settings\": {\"x\": {\"new\": 1}}}",
-          "{\"format\": \"wakeloft-settings\", \"version\": \"1\", \"settings\": {}}",
-          "{\"format\": \"wakeloft-settings\", \"version\": 1, \"settings\": {\"x\": null}}",
-          "{\"format\": \"wakeloft-settings\", \"version\": 1, \"settings\": {\"x\": {\"date\": "
-          "\"soon\"}}}"}) {
+    const auto written = [](const std::string& settings) {
+        return R"({"format": "wakeloft-settings", "version": 1, "settings": )" + settings + "}";
+    };
+    const std::string deep = std::string(100'000, '[') + std::string(100'000, ']');
+    for (const std::string& text :
+         {std::string(), written("{\"a\": 1").substr(0, 50), std::string("[1, 2]"), std::string("{}"),
+          std::string("\xff\x01"), std::string(R"({"format": "someone-else", "version": 1, "settings": {}})"),
+          std::string(R"({"format": "wakeloft-settings", "version": 2, "settings": {"x": {"new": 1}}})"),
+          std::string(R"({"format": "wakeloft-settings", "version": "1", "settings": {}})"), written("[]"),
+          written(R"({"x": null})"), written(R"({"x": {"date": "soon"}})"),
+          written("{\"x\": " + deep + "}")}) {
         SCOPED_TRACE(text);
         fs::remove_all(path.parent_path());
         put(text);

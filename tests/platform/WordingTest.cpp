@@ -24,7 +24,7 @@ TEST(IcuDurationFormatter, FollowsTheLocale) {
     EXPECT_EQ(words.time(3909, Pattern::hourMinuteSecond, english), "1:05:09");
     EXPECT_EQ(words.time(247, Pattern::minuteSecond, english), "4:07");
     EXPECT_EQ(words.time(7, Pattern::minuteSecond, english), "0:07");
-    EXPECT_EQ(words.time(100 * 3600, Pattern::hourMinuteSecond, english), "100:00:00");
+    EXPECT_EQ(words.time(360'000, Pattern::hourMinuteSecond, english), "100:00:00");
     EXPECT_EQ(words.time(3909, Pattern::hourMinuteSecond, {"ar_EG"}), "١:٠٥:٠٩");
 }
 

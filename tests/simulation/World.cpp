@@ -6,7 +6,6 @@ namespace wakeloft {
 
 namespace {
 constexpr int stepsOfARun = 120;
-constexpr Seconds tolerance = 1e-3;
 } // namespace
 
 World::World(std::uint64_t seed) : chance_(seed) {

@@ -17,6 +17,7 @@ namespace wakeloft {
 ChildProcess::ChildProcess(const std::vector<std::string>& command,
                            const std::vector<std::string>& environment) {
     std::vector<char*> arguments;
+    arguments.reserve(command.size() + 1);
     for (const auto& each : command)
         arguments.push_back(const_cast<char*>(each.c_str()));
     arguments.push_back(nullptr);

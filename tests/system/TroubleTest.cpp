@@ -85,7 +85,7 @@ TEST_F(Trouble, AFullDiskIsToldAndTheSessionHeldAllTheSame) {
     if (mount("none", config.c_str(), "tmpfs", 0, "size=16k,nr_inodes=8") < 0)
         GTEST_SKIP() << "a small disk cannot be mounted here: " << strerror(errno);
     std::filesystem::create_directories(config / "wakeloft");
-    std::ofstream(config / "filler") << std::string(64 * 1024, 'x');
+    std::ofstream(config / "filler") << std::string(65'536, 'x');
     app.start();
     EXPECT_TRUE(app.isReady()) << app.output();
     EXPECT_EQ(app.act("turn-on"), "");
