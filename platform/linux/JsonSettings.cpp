@@ -98,18 +98,17 @@ std::expected<std::map<std::string, DefaultsValue>, std::string> settingsFromJso
     const Json json = Json::parse(text, nullptr, false);
     if (json.is_discarded())
         return std::unexpected("it is damaged");
-    if (!json.is_object() || json.value("format", Json()) != format)
+    // Nothing is copied out of it before its depth is known: a copy goes as deep as the text does.
+    if (!json.is_object() || !json.contains("format") || json["format"] != format)
         return std::unexpected("another program wrote it");
-    const Json written = json.value("version", Json());
-    if (!written.is_number_integer() || written < 1)
+    if (!json.contains("version") || !json["version"].is_number_integer() || json["version"] < 1)
         return std::unexpected("it is damaged");
-    if (written > version)
+    if (json["version"] > version)
         return std::unexpected("a newer version of Wakeloft wrote it");
-    const Json settings = json.value("settings", Json());
-    if (!settings.is_object())
+    if (!json.contains("settings") || !json["settings"].is_object())
         return std::unexpected("it is damaged");
     std::map<std::string, DefaultsValue> values;
-    for (const auto& [key, each] : settings.items()) {
+    for (const auto& [key, each] : json["settings"].items()) {
         auto value = toValue(each);
         if (!value)
             return std::unexpected("its setting “" + key.substr(0, 100) + "” cannot be read");

@@ -103,8 +103,8 @@ TEST_F(Settings, AFileThatIsNotUnderstoodIsKeptAside) {
           std::string("\xff\x01"), std::string(R"({"format": "someone-else", "version": 1, "settings": {}})"),
           std::string(R"({"format": "wakeloft-settings", "version": 2, "settings": {"x": {"new": 1}}})"),
           std::string(R"({"format": "wakeloft-settings", "version": "1", "settings": {}})"), written("[]"),
-          written(R"({"x": null})"), written(R"({"x": {"date": "soon"}})"),
-          written("{\"x\": " + deep + "}")}) {
+          written(R"({"x": null})"), written(R"({"x": {"date": "soon"}})"), written("{\"x\": " + deep + "}"),
+          "{\"format\": " + deep + "}"}) {
         SCOPED_TRACE(text);
         fs::remove_all(path.parent_path());
         put(text);
