@@ -43,13 +43,13 @@ class SimulatedTransport::Connection final : public LidLeaseClientConnection {
         send(request, std::move(failed),
              [until, reply = std::move(reply), request,
               &transport = transport_](const LidLeaseConnection& atHelper) {
-                 atHelper.renewLeaseUntil(until,
-                                          [reply, request, &transport](std::optional<std::string> text) {
-                                              transport.deliver([reply, request, text] {
-                                                  request->isFinished = true;
-                                                  reply(text);
-                                              });
-                                          });
+                 atHelper.renewLeaseUntil(
+                     until, [reply, request, &transport](const std::optional<std::string>& text) {
+                         transport.deliver([reply, request, text] {
+                             request->isFinished = true;
+                             reply(text);
+                         });
+                     });
              });
     }
 
