@@ -3,6 +3,7 @@
 #include "lease/LidLeaseService.h"
 #include "lease/RigLeaseFile.h"
 #include "support/ChildProcess.h"
+#include "support/ListedInhibitors.h"
 
 #include <chrono>
 #include <cmath>
@@ -69,21 +70,7 @@ struct LidHelperProcess : testing::Test {
     bool isOwned(const char* name) { return sd_bus_get_name_creds(observer.get(), name, 0, nullptr) >= 0; }
     /// How many locks of the helper's kind `who` holds.
     int locks(const std::string& who = "Wakeloft") {
-        sd_bus_message* reply = nullptr;
-        if (sd_bus_call_method(observer.get(), "org.freedesktop.login1", "/org/freedesktop/login1",
-                               "org.freedesktop.login1.Manager", "ListInhibitors", nullptr, &reply,
-                               nullptr) < 0)
-            return -1;
-        const BusMessage owned(reply);
-        int count = 0;
-        const char* what = nullptr;
-        const char* name = nullptr;
-        const char* mode = nullptr;
-        sd_bus_message_enter_container(reply, 'a', "(ssssuu)");
-        while (sd_bus_message_read(reply, "(ssssuu)", &what, &name, nullptr, &mode, nullptr, nullptr) > 0)
-            count +=
-                std::string(what) == "sleep:handle-lid-switch" && name == who && std::string(mode) == "block";
-        return count;
+        return listedInhibitors(observer.get(), "sleep:handle-lid-switch", who);
     }
     BusMessage call(sd_bus* client, const char* method) {
         sd_bus_message* message = nullptr;

@@ -2,6 +2,7 @@
 #include "SdEventMainRunLoop.h"
 #include "support/ChildProcess.h"
 #include "support/FakeInhibitService.h"
+#include "support/ListedInhibitors.h"
 
 #include <gtest/gtest.h>
 
@@ -50,24 +51,7 @@ struct Blocker : testing::Test {
     void settle() {
         runUntil(loop->event(), [] { return false; }, 100);
     }
-    int listed() {
-        BusError error;
-        sd_bus_message* reply = nullptr;
-        if (sd_bus_call_method(observer.get(), "org.freedesktop.login1", "/org/freedesktop/login1",
-                               "org.freedesktop.login1.Manager", "ListInhibitors", error.get(), &reply,
-                               nullptr) < 0)
-            return -1;
-        const BusMessage owned(reply);
-        int count = 0;
-        const char* what = nullptr;
-        const char* who = nullptr;
-        const char* mode = nullptr;
-        sd_bus_message_enter_container(reply, 'a', "(ssssuu)");
-        while (sd_bus_message_read(reply, "(ssssuu)", &what, &who, nullptr, &mode, nullptr, nullptr) > 0)
-            count +=
-                std::string(what) == "idle" && std::string(who) == "Wakeloft" && std::string(mode) == "block";
-        return count;
-    }
+    int listed() { return listedInhibitors(observer.get(), "idle", "Wakeloft"); }
 };
 
 TEST_F(Blocker, TheLoginManagerAloneIsEnough) {
