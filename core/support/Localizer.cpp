@@ -8,4 +8,8 @@ std::string filled(std::string text, std::string_view placeholder, std::string_v
     return text;
 }
 
+std::string isolatedLeftToRight(const std::string& text) {
+    return "\u2066" + text + "\u2069";
+}
+
 } // namespace wakeloft

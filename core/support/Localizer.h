@@ -22,4 +22,7 @@ class Localizer {
 /// `text` with its one placeholder "{name}" replaced by `value`.
 std::string filled(std::string text, std::string_view placeholder, std::string_view value);
 
+/// Keeps a left-to-right piece, such as a version, whole inside right-to-left text.
+std::string isolatedLeftToRight(const std::string& text);
+
 } // namespace wakeloft

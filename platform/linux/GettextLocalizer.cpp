@@ -1,8 +1,8 @@
 #include "GettextLocalizer.h"
 
 #include <libintl.h>
-#include <unicode/locid.h>
 
+#include <algorithm>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
@@ -44,14 +44,6 @@ std::string catalogueLanguage() {
     return std::string(rest.substr(0, rest.find('\n')));
 }
 
-Locale withRegion(const std::string& language, const std::string& formats) {
-    const icu::Locale wanted(language.c_str());
-    if (*wanted.getCountry() != '\0' || isPlain(formats))
-        return {language};
-    const icu::Locale user(formats.substr(0, formats.find('.')).c_str());
-    return {*user.getCountry() == '\0' ? language : language + "_" + user.getCountry()};
-}
-
 } // namespace
 
 GettextLocalizer::GettextLocalizer(const std::filesystem::path& catalogues) {
@@ -70,7 +62,8 @@ GettextLocalizer::GettextLocalizer(const std::filesystem::path& catalogues) {
         bindtextdomain(domain, catalogues.c_str());
         bind_textdomain_codeset(domain, "UTF-8");
     }
-    locale_ = withRegion(catalogueLanguage(), environmentLocale("LC_TIME"));
+    language_ = AppLanguage::preferring({languageIdentifier(catalogueLanguage())},
+                                        Locale{environmentLocale("LC_TIME")});
 }
 
 std::string GettextLocalizer::text(Table table, const char* key) const {
@@ -78,7 +71,19 @@ std::string GettextLocalizer::text(Table table, const char* key) const {
 }
 
 bool GettextLocalizer::isRightToLeft() const {
-    return icu::Locale(locale_.identifier.c_str()).isRightToLeft() != 0;
+    return language_.layoutDirection == LayoutDirection::rightToLeft;
+}
+
+std::string languageIdentifier(const std::string& catalogueLanguage) {
+    // Catalogues tell the two ways to write Chinese by where they are in use.
+    for (const char* traditional : {"zh_TW", "zh_HK", "zh_MO"})
+        if (catalogueLanguage == traditional)
+            return "zh-Hant";
+    if (catalogueLanguage == "zh_CN" || catalogueLanguage == "zh_SG")
+        return "zh-Hans";
+    auto identifier = catalogueLanguage;
+    std::ranges::replace(identifier, '_', '-');
+    return identifier;
 }
 
 std::filesystem::path catalogueFolder() {

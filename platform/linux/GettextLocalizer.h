@@ -1,6 +1,6 @@
 #pragma once
 
-#include "support/Locale.h"
+#include "support/AppLanguage.h"
 #include "support/Localizer.h"
 
 #include <filesystem>
@@ -20,11 +20,15 @@ class GettextLocalizer final : public Localizer {
     [[nodiscard]] bool isRightToLeft() const override;
 
     /// The language that the texts are really in, with the user's region for formats.
-    [[nodiscard]] Locale locale() const { return locale_; }
+    [[nodiscard]] const AppLanguage& language() const { return language_; }
+    [[nodiscard]] const Locale& locale() const { return language_.locale; }
 
   private:
-    Locale locale_;
+    AppLanguage language_;
 };
+
+/// The web's name of a catalogue's language: "fr-CA" for "fr_CA", "zh-Hans" for "zh_CN".
+std::string languageIdentifier(const std::string& catalogueLanguage);
 
 /// Where the catalogues are for the running executable: beside it as installed, or as built.
 std::filesystem::path catalogueFolder();
