@@ -107,11 +107,12 @@ std::expected<std::optional<std::string>, PlatformError> readWholeFile(const std
     return failed("Cannot read", path, EFBIG);
 }
 
-std::expected<void, PlatformError> replaceFile(const std::filesystem::path& path, const std::string& text) {
+std::expected<void, PlatformError> replaceFile(const std::filesystem::path& path, const std::string& text,
+                                               AtLink atLink) {
     if (text.size() > mostFileBytes)
         return failed("Cannot save", path, EFBIG);
     std::error_code error;
-    const auto target = followed(path);
+    const auto target = atLink == AtLink::followIt ? followed(path) : path;
     const auto folder = target.parent_path();
     std::filesystem::create_directories(folder, error);
     if (error)

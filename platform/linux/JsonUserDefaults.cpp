@@ -3,21 +3,15 @@
 #include "AtomicFile.h"
 #include "Bus.h"
 #include "JsonSettings.h"
+#include "XdgFolders.h"
 
-#include <cstdlib>
 #include <utility>
 
 namespace wakeloft {
 
 std::expected<std::filesystem::path, PlatformError> settingsPath() {
-    constexpr const char* file = "wakeloft/settings.json";
-    // A relative folder is to be ignored, as XDG folders must be absolute.
-    if (const char* folder = std::getenv("XDG_CONFIG_HOME"); folder != nullptr && *folder == '/')
-        return std::filesystem::path(folder) / file;
-    if (const char* home = std::getenv("HOME"); home != nullptr && *home == '/')
-        return std::filesystem::path(home) / ".config" / file;
-    return std::unexpected(
-        PlatformError{"", 0, "There is no home folder, so Wakeloft cannot keep its settings."});
+    auto folder = configFolder();
+    return folder ? *folder / "wakeloft/settings.json" : std::move(folder);
 }
 
 JsonUserDefaults::JsonUserDefaults(std::filesystem::path path, MainRunLoop& loop)

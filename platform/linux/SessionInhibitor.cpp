@@ -1,10 +1,9 @@
 #include "SessionInhibitor.h"
 
-#include <unistd.h>
+#include "ProgramLocation.h"
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
@@ -35,11 +34,6 @@ constexpr std::array<Service, 5> services = {{
 }};
 constexpr std::size_t kdePowerManagement = 4;
 constexpr std::uint32_t inhibitSuspend = 4; // the session managers' and the portal's flag
-
-// Outside a sandbox the portal answers before it asks anybody, so its answer says nothing.
-bool isSandboxed() {
-    return access("/.flatpak-info", F_OK) == 0 || std::getenv("SNAP") != nullptr;
-}
 
 } // namespace
 
@@ -147,7 +141,9 @@ void SessionInhibitor::ownerChanged(std::size_t name, std::string newOwner) {
 
 std::optional<std::size_t> SessionInhibitor::firstService() const {
     for (std::size_t index = 0; index < kdePowerManagement; ++index)
-        if (!owners_[index].empty() && (services[index].dialect != Dialect::portal || isSandboxed()))
+        // Outside a sandbox the portal answers before it asks anybody, so its answer says nothing.
+        if (!owners_[index].empty() &&
+            (services[index].dialect != Dialect::portal || currentSandbox() != Sandbox::none))
             return index;
     return std::nullopt;
 }
