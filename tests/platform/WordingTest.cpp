@@ -1,9 +1,12 @@
+#include "BuildInfo.h"
 #include "GettextLocalizer.h"
 #include "IcuDurationFormatter.h"
+#include "SystemTimeZone.h"
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <tuple>
 
 namespace wakeloft {
 namespace {
@@ -37,6 +40,12 @@ TEST(GettextLocalizer, TellsOfAComputerWhateverTheLocale) {
         const GettextLocalizer localizer(WAKELOFT_CATALOGUES);
         EXPECT_EQ(localizer.text("Your Mac can sleep as usual."), "Your computer can sleep as usual.");
         EXPECT_EQ(localizer.text("Turn On"), "Turn On");
+        EXPECT_TRUE(
+            localizer
+                .text(Localizer::Table::deepwake,
+                      "Your Mac can sleep again with the lid open or closed. Awake mode turns back on "
+                      "the next time you open Wakeloft. Deepwake stays off.")
+                .starts_with("Your computer"));
         EXPECT_FALSE(localizer.isRightToLeft());
     }
 }
@@ -48,6 +57,28 @@ TEST(GettextLocalizer, FormatsFollowTheUsersRegion) {
     EXPECT_EQ(GettextLocalizer(WAKELOFT_CATALOGUES).locale(), Locale{"en_CH"});
     setenv("LANG", "C.UTF-8", 1);
     EXPECT_EQ(GettextLocalizer(WAKELOFT_CATALOGUES).locale(), Locale{"en"});
+    EXPECT_EQ(languageIdentifier("fr_CA"), "fr-CA");
+    EXPECT_EQ(languageIdentifier("zh_TW"), "zh-Hant");
+    EXPECT_EQ(languageIdentifier("zh_CN"), "zh-Hans");
+}
+
+TEST(SystemTimeZone, KnowsSummerTimeAndFollowsChanges) {
+    constexpr Date winter{1767225600};
+    constexpr Date summer{1751328000};
+    const SystemTimeZone zone;
+    for (const auto& [name, inWinter, inSummer] :
+         {std::tuple{"CET-1CEST,M3.5.0,M10.5.0/3", 3600, 7200}, std::tuple{"UTC0", 0, 0}}) {
+        setenv("TZ", name, 1);
+        EXPECT_EQ(zone.secondsFromUtcAt(winter), inWinter);
+        EXPECT_EQ(zone.secondsFromUtcAt(summer), inSummer);
+    }
+    unsetenv("TZ");
+}
+
+TEST(BuildInfo, TellsAVersion) {
+    const auto info = AboutInfo::fromInfoDictionary(buildInfoDictionary());
+    ASSERT_TRUE(info);
+    EXPECT_NE(info->version.find('.'), std::string::npos);
 }
 
 } // namespace
