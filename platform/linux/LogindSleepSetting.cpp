@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
-#include <cmath>
 #include <string_view>
 #include <thread>
 #include <utility>
@@ -53,32 +52,6 @@ bool meansAbsent(const PlatformError& error) {
 }
 
 } // namespace
-
-/// The end of an operation's time, which all of its calls share.
-class LogindSleepSetting::Deadline {
-  public:
-    explicit Deadline(Seconds seconds)
-        : end_(Clock::now() + std::chrono::microseconds(std::lround(seconds * 1e6))) {}
-
-    [[nodiscard]] bool isOver() const { return Clock::now() >= end_; }
-
-    std::expected<BusMessage, PlatformError> call(sd_bus* bus, sd_bus_message* message,
-                                                  std::string_view what) const {
-        const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end_ - Clock::now()).count();
-        if (left <= 0)
-            return std::unexpected(busFailure(what, -ETIMEDOUT));
-        BusError error;
-        sd_bus_message* reply = nullptr;
-        const int result = sd_bus_call(bus, message, static_cast<std::uint64_t>(left), error.get(), &reply);
-        if (result < 0)
-            return std::unexpected(busFailure(what, error.get(), result));
-        return BusMessage(reply);
-    }
-
-  private:
-    using Clock = std::chrono::steady_clock;
-    Clock::time_point end_;
-};
 
 LogindSleepSetting::LogindSleepSetting(BusConnection& systemBus, std::string who, std::string why)
     : systemBus_(systemBus), who_(std::move(who)), why_(std::move(why)) {}

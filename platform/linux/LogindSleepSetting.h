@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BusConnection.h"
+#include "BusDeadline.h"
 #include "lease/SystemSleepSetting.h"
 
 #include <cstdint>
@@ -45,7 +46,7 @@ class LogindSleepSetting final : public SystemSleepSetting {
         std::uint32_t user;
         std::uint32_t process;
     };
-    class Deadline;
+    using Deadline = BusDeadline;
 
     std::expected<void, PlatformError> take(const Deadline& deadline);
     std::expected<void, PlatformError> awaitGone(const Deadline& deadline);
