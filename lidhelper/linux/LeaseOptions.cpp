@@ -1,5 +1,7 @@
 #include "LeaseOptions.h"
 
+#include "LidLeaseBus.h"
+
 #include <cerrno>
 #include <cstdint>
 #include <cstring>
@@ -50,7 +52,7 @@ int readOption(sd_bus_message* message, std::size_t& left, LeaseOptions& options
     if (key.size() >= left)
         return -E2BIG;
     left -= key.size() + 1;
-    if (key != "suspend_if_closed")
+    if (key != LidLeaseBus::suspendIfClosed)
         return passOver(message, left);
     int value = 0;
     result = sd_bus_message_read(message, "v", "b", &value);

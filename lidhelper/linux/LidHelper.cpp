@@ -1,6 +1,7 @@
 #include "LidHelper.h"
 
 #include "HelperLog.h"
+#include "LidLeaseBus.h"
 #include "lease/LidHelperService.h"
 
 #include <systemd/sd-daemon.h>
@@ -43,7 +44,7 @@ LidHelper::LidHelper(SdEventMainRunLoop& loop)
            .end = [this] { end(); },
            .pause =
                [](Seconds seconds) { std::this_thread::sleep_for(std::chrono::duration<double>(seconds)); }}),
-      listener_(polkitAction, helper_.requests(loop)),
+      listener_(LidLeaseBus::polkitAction, helper_.requests(loop)),
       recheck_(loop.event(), systemBus_, logError) {}
 
 std::expected<void, PlatformError> LidHelper::start() {
@@ -68,7 +69,7 @@ std::expected<void, PlatformError> LidHelper::start() {
     battery_ = std::make_unique<BatteryWarning>(*bus, [this](bool isCritical) {
         loop_.perform(lifetime_.guard([this, isCritical] { batteryChanged(isCritical); }));
     });
-    authority_ = std::make_unique<PolkitAuthority>(*bus, polkitAction);
+    authority_ = std::make_unique<PolkitAuthority>(*bus, LidLeaseBus::polkitAction);
     clients_ = std::make_unique<LidLeaseBusService>(
         *bus, listener_,
         [this](const std::string& client, const LidLeaseBusService::Decided& decided) {

@@ -21,8 +21,6 @@ namespace wakeloft {
 /// thread.
 class LidHelper {
   public:
-    static constexpr const char* polkitAction = "com.wakeloft.app.lidhelper.lease";
-
     /// Lets go at once of whatever is its own to let go.
     explicit LidHelper(SdEventMainRunLoop& loop);
 

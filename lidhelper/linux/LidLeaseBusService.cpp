@@ -1,6 +1,7 @@
 #include "LidLeaseBusService.h"
 
 #include "LeaseOptions.h"
+#include "LidLeaseBus.h"
 #include "lease/LidHelperService.h"
 
 #include <algorithm>
@@ -10,9 +11,6 @@
 namespace wakeloft {
 
 namespace {
-
-constexpr const char* objectPath = "/com/wakeloft/app/lidhelper";
-constexpr const char* objectInterface = "com.wakeloft.app.LidLease";
 
 struct CredentialsDeleter {
     void operator()(sd_bus_creds* credentials) const { sd_bus_creds_unref(credentials); }
@@ -48,7 +46,8 @@ LidLeaseBusService::~LidLeaseBusService() = default;
 
 std::expected<void, PlatformError> LidLeaseBusService::publish() {
     sd_bus_slot* slot = nullptr;
-    int result = sd_bus_add_object_vtable(bus_, &slot, objectPath, objectInterface, vtable, this);
+    int result =
+        sd_bus_add_object_vtable(bus_, &slot, LidLeaseBus::path, LidLeaseBus::interface, vtable, this);
     object_.reset(slot);
     if (result >= 0)
         result = sd_bus_request_name(bus_, LidHelperService::label, 0);

@@ -9,8 +9,7 @@
 
 namespace wakeloft {
 
-/// Asks polkit whether a client of the bus may do an action. The client is named by its unique name, which
-/// the bus vouches for; never by a process, whose number may have a new owner. Main thread.
+/// Asks polkit whether clients of the bus may do an action. Main thread.
 class PolkitAuthority {
   public:
     /// Gets the reason of a refusal, or nothing; in a later turn.
@@ -19,13 +18,10 @@ class PolkitAuthority {
     /// `bus` must outlive the authority.
     PolkitAuthority(sd_bus* bus, std::string action) : bus_(bus), action_(std::move(action)) {}
 
-    /// Nobody is asked for a password: no answer would come in a client's time. A polkit that is not there or
-    /// does not answer is a refusal.
+    /// A polkit that is not there or does not answer is a refusal.
     void check(const std::string& uniqueName, const Decided& decided);
 
   private:
-    [[nodiscard]] BusMessage checkCall(const std::string& uniqueName) const;
-
     sd_bus* bus_;
     std::string action_;
     std::uint64_t lastCheck_ = 0;
