@@ -139,7 +139,7 @@ TEST_F(Blocker, ALateGrantIsLetGoOf) {
     makeBlocker();
     EXPECT_FALSE(blocker->engage()); // it has waited for five seconds
     EXPECT_EQ(listed(), 0);
-    EXPECT_TRUE(waitFor([&] { return sessionManager.held() == 1; }));
+    EXPECT_TRUE(waitFor([&] { return sessionManager.granted() == 1; }));
     EXPECT_TRUE(waitFor([&] { return sessionManager.held() == 0; }));
 }
 

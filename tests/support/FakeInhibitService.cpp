@@ -1,8 +1,7 @@
 #include "support/FakeInhibitService.h"
 
-#include <gtest/gtest.h>
-
 #include <chrono>
+#include <thread>
 
 namespace wakeloft {
 
@@ -11,14 +10,9 @@ constexpr std::uint32_t cookieNumber = 7;
 }
 
 FakeInhibitService::FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners)
-    : dialect_(dialect), manners_(manners), thread_([this, &bus] { run(bus); }) {
-    isReady_.wait(false);
-}
-
-FakeInhibitService::~FakeInhibitService() {
-    isOver_ = true;
-    thread_.join();
-}
+    : dialect_(dialect),
+      manners_(manners),
+      thread_([this, &bus](sd_event* event) { return serve(bus, event); }) {}
 
 const char* FakeInhibitService::nameOf(Dialect dialect) {
     return dialect == Dialect::sessionManager ? "org.gnome.SessionManager"
@@ -41,6 +35,7 @@ int FakeInhibitService::inhibit(sd_bus_message* message, void* userdata, sd_bus_
         return sd_bus_error_set(error, "org.example.Refused", "Not today.");
     self->latest_ = std::to_string(flags) + " " + who + ": " + why;
     ++self->held_;
+    ++self->granted_;
     return sd_bus_reply_method_return(message, "u", cookieNumber);
 }
 
@@ -53,7 +48,7 @@ int FakeInhibitService::uninhibit(sd_bus_message* message, void* userdata, sd_bu
     return sd_bus_reply_method_return(message, nullptr);
 }
 
-void FakeInhibitService::run(const PrivateBus& bus) {
+std::shared_ptr<sd_bus> FakeInhibitService::serve(const PrivateBus& bus, sd_event* event) {
     static const sd_bus_vtable sessionManager[] = {
         SD_BUS_VTABLE_START(0),
         SD_BUS_METHOD("Inhibit", "susu", "u", inhibit, SD_BUS_VTABLE_UNPRIVILEGED),
@@ -67,27 +62,15 @@ void FakeInhibitService::run(const PrivateBus& bus) {
         SD_BUS_VTABLE_END,
     };
     const bool isSessionManager = dialect_ == Dialect::sessionManager;
-    sd_event* event = nullptr;
-    sd_event_new(&event);
-    {
-        const auto connection = bus.connect(event);
-        sd_bus_slot* slot = nullptr;
-        EXPECT_GE(sd_bus_add_object_vtable(connection.get(), &slot,
-                                           isSessionManager ? "/org/gnome/SessionManager"
-                                                            : "/org/freedesktop/PowerManagement/Inhibit",
-                                           isSessionManager ? "org.gnome.SessionManager"
-                                                            : "org.freedesktop.PowerManagement.Inhibit",
-                                           isSessionManager ? sessionManager : powerManagement, this),
-                  0);
-        const BusSlot owned(slot);
-        EXPECT_GE(sd_bus_request_name(connection.get(), nameOf(dialect_), 0), 0);
-        isReady_ = true;
-        isReady_.notify_all();
-        constexpr std::uint64_t turnMicroseconds = 5'000;
-        while (!isOver_)
-            EXPECT_GE(sd_event_run(event, turnMicroseconds), 0);
-    }
-    sd_event_unref(event);
+    std::shared_ptr<sd_bus> connection = bus.connect(event);
+    EXPECT_GE(sd_bus_add_object_vtable(
+                  connection.get(), nullptr,
+                  isSessionManager ? "/org/gnome/SessionManager" : "/org/freedesktop/PowerManagement/Inhibit",
+                  isSessionManager ? "org.gnome.SessionManager" : "org.freedesktop.PowerManagement.Inhibit",
+                  isSessionManager ? sessionManager : powerManagement, this),
+              0);
+    EXPECT_GE(sd_bus_request_name(connection.get(), nameOf(dialect_), 0), 0);
+    return connection;
 }
 
 } // namespace wakeloft

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "support/PrivateBus.h"
+#include "support/FakeService.h"
 
 #include <atomic>
+#include <memory>
 #include <string>
-#include <thread>
 
 namespace wakeloft {
 
@@ -22,27 +22,28 @@ class FakeInhibitService {
     FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners = {false, 0});
     FakeInhibitService(const FakeInhibitService&) = delete;
     FakeInhibitService& operator=(const FakeInhibitService&) = delete;
-    ~FakeInhibitService();
+    ~FakeInhibitService() = default;
 
     static const char* nameOf(Dialect dialect);
 
     /// How many inhibitors it honours now.
     [[nodiscard]] int held() const { return held_; }
+    /// How many it has granted so far.
+    [[nodiscard]] int granted() const { return granted_; }
     /// Of the latest request: the flags of a session manager, the application's name and reason.
     [[nodiscard]] std::string latestRequest() const { return latest_; }
 
   private:
     static int inhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
     static int uninhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
-    void run(const PrivateBus& bus);
+    std::shared_ptr<sd_bus> serve(const PrivateBus& bus, sd_event* event);
 
     Dialect dialect_;
     Manners manners_;
     std::atomic<int> held_ = 0;
+    std::atomic<int> granted_ = 0;
     std::string latest_; ///< written before the reply is sent, read after it has come
-    std::atomic<bool> isReady_ = false;
-    std::atomic<bool> isOver_ = false;
-    std::thread thread_;
+    ServiceThread thread_;
 };
 
 } // namespace wakeloft
