@@ -74,6 +74,11 @@ PlatformError busFailure(std::string_view what, int result) {
     return {"errno", result, std::string(what) + ": " + text + "."};
 }
 
+bool isNobodyThere(const sd_bus_error* error) {
+    return sd_bus_error_has_name(error, SD_BUS_ERROR_SERVICE_UNKNOWN) != 0 ||
+           sd_bus_error_has_name(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER) != 0;
+}
+
 std::expected<BusPointer, PlatformError> openSystemBus(sd_event* event) {
     sd_bus* bus = nullptr;
     const int result = sd_bus_open_system_with_description(&bus, "system");

@@ -44,6 +44,9 @@ class BusError {
 PlatformError busFailure(std::string_view what, const sd_bus_error* error, int result);
 PlatformError busFailure(std::string_view what, int result);
 
+/// Nobody owns the name that was called. No error (null) gives false.
+bool isNobodyThere(const sd_bus_error* error);
+
 /// Opens a bus, waits for its greeting and attaches it to `event`.
 std::expected<BusPointer, PlatformError> openSystemBus(sd_event* event);
 std::expected<BusPointer, PlatformError> openSessionBus(sd_event* event);
