@@ -25,6 +25,9 @@ waitUntil() {
     done
 }
 
+# isGone PROCESS: has it ended?
+isGone() { ! kill -0 "$1" 2>/dev/null; }
+
 # cleanUpWith FUNCTION: runs it when this script ends, however it ends short of SIGKILL.
 cleanUpWith() {
     # shellcheck disable=SC2064 # the name is to be expanded now

@@ -19,6 +19,10 @@ int subscribe(sd_bus_message* message, void*, sd_bus_error*) {
     return sd_bus_reply_method_return(message, nullptr);
 }
 
+int unitFileState(sd_bus_message* message, void*, sd_bus_error*) {
+    return sd_bus_reply_method_return(message, "s", "static");
+}
+
 int loadState(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply, void*, sd_bus_error*) {
     return sd_bus_message_append(reply, "s", "loaded");
 }
@@ -30,6 +34,7 @@ Outcome ServiceManager::publish() {
         sd_bus_vtable SD_BUS_VTABLE_START(0),
         sd_bus_vtable SD_BUS_METHOD("Subscribe", "", "", subscribe, SD_BUS_VTABLE_UNPRIVILEGED),
         sd_bus_vtable SD_BUS_METHOD("StartUnit", "ss", "o", startUnit, SD_BUS_VTABLE_UNPRIVILEGED),
+        sd_bus_vtable SD_BUS_METHOD("GetUnitFileState", "s", "s", unitFileState, SD_BUS_VTABLE_UNPRIVILEGED),
         sd_bus_vtable SD_BUS_SIGNAL("JobRemoved", "uoss", 0),
         sd_bus_vtable SD_BUS_VTABLE_END,
     };

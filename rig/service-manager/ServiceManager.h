@@ -8,8 +8,9 @@
 
 namespace wakeloft::rig {
 
-/// What a login manager asks of the first process: is a unit loaded (always), and start it. Starting does
-/// nothing but print "StartUnit <unit> <mode>" on stdout; the job is reported as done after 0.3 s.
+/// What a login manager and the lid helper ask of the first process: is a unit loaded (always), is it masked
+/// (never), and start it. Starting does nothing but print "StartUnit <unit> <mode>" on stdout; the job is
+/// reported as done after 0.3 s.
 class ServiceManager {
   public:
     explicit ServiceManager(const BusService& service) : service_(service) {}
