@@ -1,11 +1,7 @@
+#include "system/Laptop.h"
 #include "system/RunningApp.h"
 
 #include <gtest/gtest.h>
-
-#include <unistd.h>
-
-#include <cstdlib>
-#include <fstream>
 
 namespace wakeloft {
 namespace {
@@ -16,22 +12,8 @@ struct IdleAction : testing::Test {
     RunningApp app;
     LoginManager loginManager{app.event()};
 
-    static int suspends() {
-        const char* folder = std::getenv("WAKELOFT_RIG_DIR");
-        std::ifstream log(std::string(folder) + "/service-manager.log");
-        int count = 0;
-        for (std::string line; std::getline(log, line);)
-            count += line.starts_with("StartUnit suspend.target");
-        return count;
-    }
     static bool suspendsWithin(int seconds) {
-        const int before = suspends();
-        for (int tenth = 0; tenth < seconds * 10; ++tenth) {
-            if (suspends() > before)
-                return true;
-            usleep(100'000);
-        }
-        return false;
+        return Laptop::sleepsAfter([] {}, seconds * 1000).has_value();
     }
 };
 
