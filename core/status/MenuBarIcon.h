@@ -1,6 +1,8 @@
 #pragma once
 
+#include "status/AwakeGlyph.h"
 #include "support/Date.h"
+#include "support/LayoutDirection.h"
 
 #include <optional>
 
@@ -17,6 +19,10 @@ struct MenuBarIcon {
 
     static MenuBarIcon current(bool isOn, std::optional<Date> activeUntil, bool lidClosed);
     [[nodiscard]] SpokenLabel spokenLabel() const;
+
+    [[nodiscard]] AwakeGlyph glyph() const;
+    /// The glyph for a menu bar, with the badge beside it on the side where the line ends.
+    [[nodiscard]] TemplateImage image(LayoutDirection direction) const;
 
     bool operator==(const MenuBarIcon&) const = default;
 };
