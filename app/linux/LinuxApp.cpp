@@ -2,8 +2,10 @@
 
 #include "Theme.h"
 #include "TrayGlyph.h"
+#include "WindowIcon.h"
+#include "status/TrayIcon.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QTimer>
 
 #include <algorithm>
@@ -68,6 +70,7 @@ LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::stri
         systemBus_.reopened().subscribe([this] { panel_.report(AwakePanel::Trouble::systemEvents, ""); });
     tellSettingsTrouble();
     applyTheme(false);
+    QApplication::setWindowIcon(windowIcon());
     if (settings_ != nullptr)
         settingsTroubleChanged_ = settings_->troubleChanged().subscribe([this] { tellSettingsTrouble(); });
     if (sessionBus == nullptr) {
@@ -204,7 +207,11 @@ void LinuxApp::refresh() {
 
 TrayItemFace LinuxApp::trayFace(const TrayContent& content) {
     TrayItemFace face;
-    face.pixmaps = trayPixmaps(content.icon);
+    const auto direction =
+        content.isRightToLeft ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight;
+    face.iconThemePath = trayIconFolder();
+    face.iconName = face.iconThemePath.empty() ? "" : trayIconName(content.icon, direction);
+    face.pixmaps = trayPixmaps(content.icon, direction);
     face.title = content.spokenLabel;
     face.toolTipTitle = content.toolTipTitle;
     face.toolTipText = content.toolTipText;

@@ -3,7 +3,6 @@
 #include "NoticeRow.h"
 #include "PanelHeader.h"
 #include "PanelPlacement.h"
-#include "StatusNotifierItem.h"
 #include "TextBlock.h"
 #include "Theme.h"
 #include "TrayGlyph.h"
@@ -264,35 +263,6 @@ TEST(ThemeTest, everyTextIsReadable) {
     }
     EXPECT_GE(contrast(QColor::fromRgb(trayGlyphColor), Qt::white), 4);
     EXPECT_GE(contrast(QColor::fromRgb(trayGlyphColor), Qt::black), 4);
-}
-
-TEST(TrayGlyphTest, everyStateLooksDifferentAtEverySizeAndIsPlainArgb) {
-    const std::vector<MenuBarIcon> icons{{false, false, false},
-                                         {true, false, false},
-                                         {true, true, false},
-                                         {true, false, true},
-                                         {true, true, true}};
-    std::vector<std::vector<TrayPixmap>> drawn;
-    drawn.reserve(std::size(icons));
-    for (const MenuBarIcon& icon : icons)
-        drawn.push_back(trayPixmaps(icon, QColor(0x10, 0x20, 0x30)));
-    for (size_t i = 0; i < drawn.size(); ++i) {
-        ASSERT_EQ(drawn[i].size(), 5U);
-        for (size_t size = 0; size < 5; ++size) {
-            const TrayPixmap& pixmap = drawn[i][size];
-            ASSERT_EQ(pixmap.bytes.size(), static_cast<size_t>(4 * pixmap.width * pixmap.height));
-            int opaque = 0;
-            for (size_t at = 0; at < pixmap.bytes.size(); at += 4)
-                if (pixmap.bytes[at] == 255) {
-                    ++opaque;
-                    EXPECT_EQ(pixmap.bytes[at + 1], 0x10);
-                    EXPECT_EQ(pixmap.bytes[at + 3], 0x30);
-                }
-            EXPECT_GT(opaque, pixmap.width * pixmap.height / 10);
-            for (size_t other = i + 1; other < drawn.size(); ++other)
-                EXPECT_NE(pixmap, drawn[other][size]);
-        }
-    }
 }
 
 TEST(TextBlockTest, digitsKeepTheirPlaceInAProportionalFont) {
