@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -28,6 +29,7 @@ struct TrayMenuLine {
     std::string label;
     bool isSeparator = false;
     bool isEnabled = true;
+    std::optional<bool> isChecked = std::nullopt; ///< none: a plain command
 
     bool operator==(const TrayMenuLine&) const = default;
 };

@@ -26,6 +26,15 @@ std::int32_t idOf(const TrayMenuLine* line) {
     return line == nullptr ? trayMenuRoot : line->id;
 }
 
+bool isToggle(const TrayMenuLine* line) {
+    return line != nullptr && line->isChecked.has_value();
+}
+
+/// -1: neither on nor off.
+std::int32_t toggleState(const TrayMenuLine* line) {
+    return isToggle(line) ? std::int32_t{*line->isChecked} : -1;
+}
+
 /// Carries on with the message unless it has failed already.
 int then(int result, int next(sd_bus_message*), sd_bus_message* message) {
     return result < 0 ? result : next(message);
@@ -53,6 +62,10 @@ int appendFilteredProperties(sd_bus_message* message, const TrayMenuLine* line,
         append("label", "s", escapedLabel(line->label).c_str());
         if (!line->isEnabled)
             append("enabled", "b", 0);
+        if (line->isChecked) {
+            append("toggle-type", "s", "checkmark");
+            append("toggle-state", "i", toggleState(line));
+        }
     }
     return then(result, sd_bus_message_close_container, message);
 }
@@ -78,9 +91,11 @@ const TrayMenuLine* findTrayMenuLine(const std::vector<TrayMenuLine>& menu, std:
 }
 
 bool hasSameTrayMenuLines(const std::vector<TrayMenuLine>& left, const std::vector<TrayMenuLine>& right) {
-    // A line that becomes a separator is another widget to a host, not a property of the same.
+    // A line that becomes a separator or a check box is another widget to a host, not the same with another
+    // property.
     return std::ranges::equal(left, right, [](const TrayMenuLine& one, const TrayMenuLine& other) {
-        return one.id == other.id && one.isSeparator == other.isSeparator;
+        return one.id == other.id && one.isSeparator == other.isSeparator &&
+               isToggle(&one) == isToggle(&other);
     });
 }
 
@@ -113,6 +128,8 @@ int appendTrayMenuChanges(sd_bus_message* message, const TrayMenuLine& line, con
         result = sd_bus_message_append(message, "{sv}", "label", "s", escapedLabel(line.label).c_str());
     if (result >= 0 && line.isEnabled != previous.isEnabled)
         result = sd_bus_message_append(message, "{sv}", "enabled", "b", line.isEnabled ? 1 : 0);
+    if (result >= 0 && line.isChecked != previous.isChecked)
+        result = sd_bus_message_append(message, "{sv}", "toggle-state", "i", toggleState(&line));
     result = then(result, sd_bus_message_close_container, message);
     return then(result, sd_bus_message_close_container, message);
 }
@@ -126,6 +143,10 @@ int appendTrayMenuProperty(sd_bus_message* message, const TrayMenuLine* line, co
                                      line != nullptr && line->isSeparator ? "separator" : "standard");
     if (name == "enabled")
         return sd_bus_message_append(message, "v", "b", line == nullptr || line->isEnabled ? 1 : 0);
+    if (name == "toggle-type")
+        return sd_bus_message_append(message, "v", "s", isToggle(line) ? "checkmark" : "");
+    if (name == "toggle-state")
+        return sd_bus_message_append(message, "v", "i", toggleState(line));
     if (name == "visible")
         return sd_bus_message_append(message, "v", "b", 1);
     if (name == "children-display")
