@@ -1,14 +1,12 @@
 #pragma once
 
+#include "support/LayoutDirection.h"
 #include "support/Locale.h"
 
-#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace wakeloft {
-
-enum class LayoutDirection : std::uint8_t { leftToRight, rightToLeft };
 
 /// The language that the interface is in, settled once at the start: another one is for the next launch.
 struct AppLanguage {
