@@ -1,10 +1,7 @@
 #include "AwakePanel.h"
 
-#include "session/AwakeDuration.h"
-#include "status/AwakeExplanation.h"
+#include "FailureText.h"
 #include "status/AwakeSessionControls.h"
-#include "status/CountdownText.h"
-#include "status/SpokenStatus.h"
 
 #include <utility>
 
@@ -13,76 +10,42 @@ namespace wakeloft {
 namespace {
 
 using Kind = PanelAction::Kind;
-
-/// Keeps a left-to-right piece, such as a countdown, whole inside right-to-left text.
-std::string isolated(const std::string& text) {
-    return "\u2066" + text + "\u2069";
-}
-
-const char* explanationKey(AwakeExplanation::Case explanation) {
-    switch (explanation) {
-    case AwakeExplanation::sleepsNormally:
-        return "Your Mac can sleep as usual.";
-    case AwakeExplanation::awakeIndefinitely:
-        return "Your Mac won't fall asleep on its own. Closing the lid still puts it to sleep.";
-    case AwakeExplanation::awakeUntilSessionEnds:
-        return "Your Mac won't fall asleep until the session ends. Closing the lid still puts it to sleep.";
-    case AwakeExplanation::awakeWithLidClosedIndefinitely:
-        return "Your Mac won't fall asleep, even with the lid closed.";
-    case AwakeExplanation::awakeWithLidClosedUntilSessionEnds:
-        return "Your Mac won't fall asleep until the session ends, even with the lid closed.";
-    }
-    return "";
-}
-
-/// The sentence for a length that has one of its own. Whole sentences read better in many languages, and a
-/// menu that nobody opens costs no formatter.
-const char* presetKey(const AwakeDuration& preset) {
-    constexpr Seconds minute = 60;
-    constexpr Seconds hour = 3600;
-    if (preset.seconds == 30 * minute)
-        return "Stay awake for 30 minutes";
-    if (preset.seconds == hour)
-        return "Stay awake for 1 hour";
-    if (preset.seconds == 2 * hour)
-        return "Stay awake for 2 hours";
-    return nullptr;
-}
+using Symbol = PanelNotice::Symbol;
+using Table = Localizer::Table;
 
 } // namespace
 
-AwakePanel::AwakePanel(AwakeController& controller, const Localizer& localizer,
+AwakePanel::AwakePanel(const Controllers& controllers, const Localizer& localizer,
                        const DurationFormatter& formatter, Locale locale, Shell shell)
-    : controller_(controller),
+    : controller_(controllers.awake),
+      lid_(controllers.lid),
+      loginItem_(controllers.loginItem),
+      presets_(controllers.presets),
       localizer_(localizer),
-      formatter_(formatter),
-      locale_(std::move(locale)),
-      shell_(std::move(shell)),
-      controllerChanged_(controller.changed().subscribe([this] { changed_.emit(); })) {}
+      texts_(controllers.awake, localizer, formatter, std::move(locale)),
+      shell_(std::move(shell)) {
+    for (Signal* changed :
+         {&controller_.changed(), &lid_.changed(), &loginItem_.changed(), &presets_.changed()})
+        subscriptions_.push_back(changed->subscribe([this] { changed_.emit(); }));
+}
 
 PanelContent AwakePanel::content() const {
     PanelContent content;
     content.icon = icon();
     content.title = localizer_.text("Wakeloft");
-    content.spokenStatus = spokenStatus();
-    content.statusLine = statusLine();
+    content.spokenStatus = texts_.spokenStatus();
+    content.statusLine = texts_.statusLine();
     content.statusLineTicks = controller_.isOn() && controller_.activeUntil();
-    content.explanation = explanation();
+    content.explanation = texts_.explanation(lid_.isOn());
     content.mainButton = mainButton();
-    if (AwakeSessionControls::shown(controller_.isOn(), controller_.activeUntil()) ==
-        AwakeSessionControls::cancelTimer) {
-        content.sessionButtons = {
-            {localizer_.text("Stay awake without a timer"), "", {Kind::stayAwakeWithoutTimer, 0}}};
-    } else {
+    content.sessionButtons = sessionButtons();
+    if (offersPresets() && !content.sessionButtons.empty())
         content.sessionCaption = localizer_.text("Stay awake for");
-        for (const auto& preset : AwakeDuration::presets)
-            content.sessionButtons.push_back({preset.label(locale_, formatter_),
-                                              content.sessionCaption + " " +
-                                                  formatter_.units(HoursAndMinutes::rounding(preset.seconds),
-                                                                   DurationFormatter::Width::spoken, locale_),
-                                              {Kind::startSession, preset.seconds}});
-    }
+    content.deepwake = deepwake();
+    content.deepwakeNotices = deepwakeNotices();
     content.notices = notices();
+    content.openAtLogin = openAtLogin();
+    content.loginNotices = loginNotices();
     content.isRightToLeft = localizer_.isRightToLeft();
     return content;
 }
@@ -90,21 +53,23 @@ PanelContent AwakePanel::content() const {
 TrayContent AwakePanel::trayContent() const {
     TrayContent content;
     content.icon = icon();
-    content.spokenLabel = spokenIconLabel();
+    content.spokenLabel = texts_.spokenLabel(content.icon);
     content.toolTipTitle = content.spokenLabel;
-    content.toolTipText = explanation();
+    content.toolTipText = texts_.explanation(lid_.isOn());
     const TrayMenuEntry separator;
     content.menu = {{localizer_.text("Open Wakeloft"), {Kind::openPanel, 0}}, separator};
     // Not the button's toggle: a host may deliver a click after the state that it was made for.
     content.menu.push_back(
         {mainButton().title, {controller_.isOn() ? Kind::turnOff : Kind::stayAwakeWithoutTimer, 0}});
-    if (content.icon.showsTimerBadge) {
+    if (offersPresets()) {
+        for (const auto& preset : presets_.pinned())
+            content.menu.push_back({texts_.command(preset), {Kind::startSession, preset.seconds}});
+    } else {
         content.menu.push_back(
             {localizer_.text("Stay awake without a timer"), {Kind::stayAwakeWithoutTimer, 0}});
-    } else {
-        for (const auto& preset : AwakeDuration::presets)
-            content.menu.push_back({presetSentence(preset), {Kind::startSession, preset.seconds}});
     }
+    const auto lidSwitch = deepwake();
+    content.menu.push_back({lidSwitch.title, lidSwitch.action, lidSwitch.isOn, lidSwitch.isEnabled});
     content.menu.push_back(separator);
     content.menu.push_back({localizer_.text("Quit Wakeloft"), {Kind::quit, 0}});
     content.isRightToLeft = localizer_.isRightToLeft();
@@ -119,6 +84,8 @@ void AwakePanel::perform(const PanelAction& action) {
         shell_.openPanel();
         break;
     case Kind::toggle:
+        if (controller_.isOn())
+            lid_.turnOff();
         controller_.toggle();
         break;
     case Kind::startSession:
@@ -128,7 +95,29 @@ void AwakePanel::perform(const PanelAction& action) {
         controller_.turnOnFor(std::nullopt);
         break;
     case Kind::turnOff:
+        lid_.turnOff();
         controller_.turnOff();
+        break;
+    case Kind::dontRetry:
+        controller_.turnOff();
+        break;
+    case Kind::deepwakeOn: // what becomes of it is told by the controller's own state
+        static_cast<void>(lid_.turnOnJoiningSessionOr(AwakeDuration::lidClosedDefault.seconds));
+        break;
+    case Kind::deepwakeOff:
+        lid_.turnOff();
+        break;
+    case Kind::acknowledgeHeatWarning:
+        lid_.acknowledgeHeatWarning();
+        break;
+    case Kind::openAtLogin:
+        loginItem_.setEnabled(true);
+        break;
+    case Kind::dontOpenAtLogin:
+        loginItem_.setEnabled(false);
+        break;
+    case Kind::openLoginItemsSettings:
+        shell_.openLoginItemsSettings();
         break;
     case Kind::quit:
         shell_.quit();
@@ -137,7 +126,10 @@ void AwakePanel::perform(const PanelAction& action) {
 }
 
 void AwakePanel::opened() {
+    loginItem_.refresh();
     controller_.checkExpiry();
+    lid_.checkLease();
+    lid_.refresh();
 }
 
 void AwakePanel::report(Trouble trouble, std::string sentence) {
@@ -148,95 +140,117 @@ void AwakePanel::report(Trouble trouble, std::string sentence) {
     changed_.emit();
 }
 
-std::string AwakePanel::presetSentence(const AwakeDuration& preset) const {
-    if (const char* key = presetKey(preset))
-        return localizer_.text(key);
-    return filled(localizer_.text("Stay awake for {duration}"), "{duration}",
-                  preset.label(locale_, formatter_));
+std::vector<PanelButton> AwakePanel::sessionButtons() const {
+    if (!offersPresets())
+        return {{localizer_.text("Stay awake without a timer"), "", {Kind::stayAwakeWithoutTimer, 0}}};
+    std::vector<PanelButton> buttons;
+    for (const auto& preset : presets_.pinned())
+        buttons.push_back({texts_.label(preset),
+                           localizer_.text("Stay awake for") + " " + texts_.spokenLabel(preset),
+                           {Kind::startSession, preset.seconds}});
+    return buttons;
 }
 
-std::string AwakePanel::explanation() const {
-    return localizer_.text(
-        explanationKey(AwakeExplanation::describing(controller_.isOn(), controller_.activeUntil(), false)));
+PanelSwitch AwakePanel::deepwake() const {
+    PanelSwitch deepwake;
+    deepwake.title = localizer_.text(Table::deepwake, "Deepwake");
+    deepwake.footnote = localizer_.text(Table::deepwake, "Your Mac stays awake with the lid closed.");
+    deepwake.isOn = lid_.isOn();
+    deepwake.isEnabled = !lid_.refusal();
+    deepwake.action = {lid_.isOn() ? Kind::deepwakeOff : Kind::deepwakeOn, 0};
+    return deepwake;
 }
 
-std::string AwakePanel::statusLine() const {
-    if (!controller_.isOn())
-        return localizer_.text("Off");
-    const auto remaining = controller_.remaining();
-    if (!remaining)
-        return localizer_.text("On");
-    auto countdown = CountdownText::formatted(*remaining, locale_, formatter_);
-    if (localizer_.isRightToLeft())
-        countdown = isolated(countdown);
-    return filled(localizer_.text("On · {countdown} left"), "{countdown}", countdown);
-}
-
-std::string AwakePanel::spokenStatus() const {
-    const auto status = SpokenStatus::describing(controller_.isOn(), controller_.remaining());
-    if (const auto* left = std::get_if<SpokenStatus::TimeLeft>(&status.value))
-        return filled(localizer_.text("Wakeloft, on, {duration} left"), "{duration}",
-                      formatter_.units(HoursAndMinutes::rounding(left->duration.seconds),
-                                       DurationFormatter::Width::spoken, locale_));
-    if (std::holds_alternative<SpokenStatus::LessThanAMinuteLeft>(status.value))
-        return localizer_.text("Wakeloft, on, less than a minute left");
-    return localizer_.text(std::holds_alternative<SpokenStatus::On>(status.value) ? "Wakeloft, on"
-                                                                                  : "Wakeloft, off");
-}
-
-std::string AwakePanel::spokenIconLabel() const {
-    using Label = MenuBarIcon::SpokenLabel;
-    using Table = Localizer::Table;
-    switch (icon().spokenLabel()) {
-    case Label::off:
-        return localizer_.text("Wakeloft: off");
-    case Label::on:
-        return localizer_.text("Wakeloft: on");
-    case Label::onWithTimerRunning:
-        return localizer_.text("Wakeloft: on, timer running");
-    case Label::onWithLidClosed:
-        return localizer_.text(Table::deepwake, "Wakeloft: Deepwake on");
-    case Label::onWithLidClosedAndTimerRunning:
-        return localizer_.text(Table::deepwake, "Wakeloft: Deepwake on, timer running");
+std::vector<PanelNotice> AwakePanel::deepwakeNotices() const {
+    std::vector<PanelNotice> notices;
+    switch (lid_.precaution()) {
+    case LidClosePrecaution::none:
+        break;
+    case LidClosePrecaution::beforeFirstUse:
+        notices.push_back(
+            {Symbol::heat,
+             localizer_.text(Table::deepwake,
+                             "With the lid shut and no display attached, heat can build up. Keep "
+                             "your Mac out of bags and other enclosed spaces while it is working."),
+             PanelButton{localizer_.text(Table::deepwake, "I understand"),
+                         localizer_.text(Table::deepwake, "I understand the heat warning"),
+                         {Kind::acknowledgeHeatWarning, 0}}});
+        break;
+    case LidClosePrecaution::noHeatPath:
+        notices.push_back({Symbol::heat,
+                           localizer_.text(Table::deepwake, "On battery with no display attached. Keep your "
+                                                            "Mac uncovered so heat can escape."),
+                           std::nullopt});
+        break;
     }
-    return "";
-}
-
-std::string AwakePanel::failureText(const AwakeFailure& failure) const {
-    if (const auto* refused = std::get_if<AwakeFailure::AssertionRefused>(&failure.value))
-        return filled(localizer_.text("macOS couldn't keep your Mac awake (IOKit error {code})."), "{code}",
-                      std::to_string(refused->code));
-    return std::get<AwakeFailure::Reported>(failure.value).message;
+    if (lid_.lastFailure())
+        notices.push_back({Symbol::failure, failureText(*lid_.lastFailure(), localizer_), std::nullopt});
+    return notices;
 }
 
 std::vector<PanelNotice> AwakePanel::notices() const {
     std::vector<PanelNotice> notices;
-    if (controller_.lastFailure() || (controller_.isRequested() && !controller_.isOn())) {
-        PanelNotice failure{PanelNotice::Symbol::warning, "", std::nullopt};
+    const bool waitsForRetry = controller_.isRequested() && !controller_.isOn();
+    if (controller_.lastFailure() || waitsForRetry) {
+        PanelNotice failure{Symbol::failure, "", std::nullopt};
         if (controller_.lastFailure())
-            failure.text = failureText(*controller_.lastFailure());
-        if (controller_.isRequested() && !controller_.isOn())
+            failure.text = failureText(*controller_.lastFailure(), localizer_);
+        if (waitsForRetry)
             failure.link =
-                PanelButton{localizer_.text("Don't retry when Wakeloft opens"), "", {Kind::turnOff, 0}};
+                PanelButton{localizer_.text("Don't retry when Wakeloft opens"), "", {Kind::dontRetry, 0}};
         notices.push_back(std::move(failure));
     }
     if (controller_.limitation())
-        notices.push_back({PanelNotice::Symbol::information,
+        notices.push_back({Symbol::information,
                            filled(localizer_.text("Sleep is held off in part only. {reason}"), "{reason}",
-                                  failureText(*controller_.limitation())),
+                                  failureText(*controller_.limitation(), localizer_)),
                            std::nullopt});
     for (const auto& [trouble, sentence] : troubles_)
         if (!sentence.empty())
-            notices.push_back({PanelNotice::Symbol::warning, sentence, std::nullopt});
+            notices.push_back({Symbol::warning, sentence, std::nullopt});
+    return notices;
+}
+
+PanelSwitch AwakePanel::openAtLogin() const {
+    const bool isOn = loginItem_.isRegistered();
+    return {.title = localizer_.text("Open at Login"),
+            .footnote = "",
+            .isOn = isOn,
+            .action = {isOn ? Kind::dontOpenAtLogin : Kind::openAtLogin, 0}};
+}
+
+std::vector<PanelNotice> AwakePanel::loginNotices() const {
+    std::vector<PanelNotice> notices;
+    if (loginItem_.needsApproval())
+        notices.push_back(
+            {Symbol::information, localizer_.text("Approve Wakeloft in System Settings."),
+             PanelButton{shell_.namesExtensions ? localizer_.text("Open Login Items & Extensions…")
+                                                : localizer_.text("Open Login Items…"),
+                         "",
+                         {Kind::openLoginItemsSettings, 0}}});
+    if (loginItem_.isRegistered() && !loginItem_.isAtStableLocation())
+        notices.push_back({Symbol::information,
+                           localizer_.text("Wakeloft isn't in Applications, so it may not open at your next "
+                                           "login. Move it to Applications, then turn this back on."),
+                           std::nullopt});
+    if (loginItem_.lastFailure())
+        notices.push_back(
+            {Symbol::failure, failureText(*loginItem_.lastFailure(), localizer_), std::nullopt});
     return notices;
 }
 
 PanelButton AwakePanel::mainButton() const {
-    return {localizer_.text(controller_.isOn() ? "Turn Off" : "Turn On"), "", {Kind::toggle, 0}};
+    return {
+        controller_.isOn() ? localizer_.text("Turn Off") : localizer_.text("Turn On"), "", {Kind::toggle, 0}};
 }
 
 MenuBarIcon AwakePanel::icon() const {
-    return MenuBarIcon::current(controller_.isOn(), controller_.activeUntil(), false);
+    return MenuBarIcon::current(controller_.isOn(), controller_.activeUntil(), lid_.isOn());
+}
+
+bool AwakePanel::offersPresets() const {
+    return AwakeSessionControls::shown(controller_.isOn(), controller_.activeUntil()) ==
+           AwakeSessionControls::presets;
 }
 
 } // namespace wakeloft

@@ -1,14 +1,13 @@
 #pragma once
 
+#include "Controllers.h"
 #include "PanelContent.h"
-#include "session/AwakeController.h"
-#include "session/AwakeDuration.h"
-#include "support/Locale.h"
-#include "support/Localizer.h"
+#include "StatusTexts.h"
 
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 namespace wakeloft {
 
@@ -22,9 +21,13 @@ class AwakePanel {
     struct Shell {
         std::function<void()> openPanel;
         std::function<void()> quit;
+        /// Shows where the user approves what opens at login; empty where the system asks for no approval.
+        std::function<void()> openLoginItemsSettings = {};
+        /// The system's settings name extensions beside the login items (macOS 15 and later).
+        bool namesExtensions = false;
     };
 
-    AwakePanel(AwakeController& controller, const Localizer& localizer, const DurationFormatter& formatter,
+    AwakePanel(const Controllers& controllers, const Localizer& localizer, const DurationFormatter& formatter,
                Locale locale, Shell shell);
 
     [[nodiscard]] PanelContent content() const;
@@ -42,24 +45,26 @@ class AwakePanel {
     Signal& changed() { return changed_; }
 
   private:
-    [[nodiscard]] std::string presetSentence(const AwakeDuration& preset) const;
-    [[nodiscard]] std::string explanation() const;
-    [[nodiscard]] std::string statusLine() const;
-    [[nodiscard]] std::string spokenStatus() const;
-    [[nodiscard]] std::string spokenIconLabel() const;
-    [[nodiscard]] std::string failureText(const AwakeFailure& failure) const;
+    [[nodiscard]] std::vector<PanelButton> sessionButtons() const;
+    [[nodiscard]] PanelSwitch deepwake() const;
+    [[nodiscard]] std::vector<PanelNotice> deepwakeNotices() const;
     [[nodiscard]] std::vector<PanelNotice> notices() const;
+    [[nodiscard]] PanelSwitch openAtLogin() const;
+    [[nodiscard]] std::vector<PanelNotice> loginNotices() const;
     [[nodiscard]] PanelButton mainButton() const;
     [[nodiscard]] MenuBarIcon icon() const;
+    [[nodiscard]] bool offersPresets() const;
 
     AwakeController& controller_;
+    LidAwakeController& lid_;
+    LoginItemController& loginItem_;
+    PresetDurationsController& presets_;
     const Localizer& localizer_;
-    const DurationFormatter& formatter_;
-    Locale locale_;
+    StatusTexts texts_;
     Shell shell_;
     std::map<Trouble, std::string> troubles_;
     Signal changed_;
-    Subscription controllerChanged_;
+    std::vector<Subscription> subscriptions_;
 };
 
 } // namespace wakeloft

@@ -11,7 +11,22 @@ namespace wakeloft {
 
 /// What a click asks for. A view hands it back unread.
 struct PanelAction {
-    enum class Kind { none, openPanel, toggle, startSession, stayAwakeWithoutTimer, turnOff, quit };
+    enum class Kind {
+        none,
+        openPanel,
+        toggle,
+        startSession,
+        stayAwakeWithoutTimer,
+        turnOff,
+        dontRetry,
+        deepwakeOn,
+        deepwakeOff,
+        acknowledgeHeatWarning,
+        openAtLogin,
+        dontOpenAtLogin,
+        openLoginItemsSettings,
+        quit
+    };
 
     Kind kind = Kind::none;
     Seconds seconds = 0; ///< of `startSession`: how long
@@ -27,9 +42,20 @@ struct PanelButton {
     bool operator==(const PanelButton&) const = default;
 };
 
+/// A switch beside its title, with a footnote below.
+struct PanelSwitch {
+    std::string title;
+    std::string footnote; ///< empty: none
+    bool isOn = false;
+    bool isEnabled = true;
+    PanelAction action; ///< what flipping it asks for
+
+    bool operator==(const PanelSwitch&) const = default;
+};
+
 /// A footnote behind a symbol, with a link-styled button below it where there is something to do.
 struct PanelNotice {
-    enum class Symbol { information, warning };
+    enum class Symbol { information, warning, failure, heat };
 
     Symbol symbol = Symbol::information;
     std::string text; ///< empty: only the link
@@ -38,7 +64,8 @@ struct PanelNotice {
     bool operator==(const PanelNotice&) const = default;
 };
 
-/// Everything that the panel shows, top to bottom. A view draws it and holds no rule and no text.
+/// Everything that the panel shows above the settings button, top to bottom. A view draws it and holds no
+/// rule and no text.
 struct PanelContent {
     MenuBarIcon icon;
     std::string title;
@@ -50,7 +77,11 @@ struct PanelContent {
     PanelButton mainButton;
     std::string sessionCaption; ///< above the session buttons; empty: none
     std::vector<PanelButton> sessionButtons;
+    PanelSwitch deepwake;
+    std::vector<PanelNotice> deepwakeNotices;
     std::vector<PanelNotice> notices;
+    PanelSwitch openAtLogin; ///< below a divider
+    std::vector<PanelNotice> loginNotices;
     bool isRightToLeft = false;
 
     bool operator==(const PanelContent&) const = default;
@@ -60,6 +91,8 @@ struct PanelContent {
 struct TrayMenuEntry {
     std::string title;
     PanelAction action;
+    std::optional<bool> isChecked = std::nullopt; ///< none: a plain command
+    bool isEnabled = true;
 
     bool operator==(const TrayMenuEntry&) const = default;
 };
