@@ -1,5 +1,6 @@
 #include "ActionButton.h"
 
+#include "FocusRing.h"
 #include "TextBlock.h"
 #include "Theme.h"
 
@@ -82,10 +83,7 @@ int ActionButton::heightForWidth(int width) const {
 }
 
 void ActionButton::focusInEvent(QFocusEvent* event) {
-    const Qt::FocusReason reason = event->reason();
-    hasFocusRing_ = reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-                    reason == Qt::ShortcutFocusReason ||
-                    (reason == Qt::ActiveWindowFocusReason && hasFocusRing_);
+    hasFocusRing_ = bringsFocusRing(event->reason(), hasFocusRing_);
     QPushButton::focusInEvent(event);
 }
 

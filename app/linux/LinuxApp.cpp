@@ -1,14 +1,13 @@
 #include "LinuxApp.h"
 
+#include "BuildInfo.h"
+#include "QuitAlertView.h"
 #include "Theme.h"
-#include "TrayGlyph.h"
 #include "WindowIcon.h"
-#include "status/TrayIcon.h"
 
 #include <QApplication>
 #include <QTimer>
 
-#include <algorithm>
 #include <cstdio>
 #include <utility>
 
@@ -16,11 +15,7 @@ namespace wakeloft {
 
 namespace {
 
-constexpr const char* applicationId = "wakeloft";
-constexpr std::int32_t firstSeparatorId = 1'000'000;
-constexpr Seconds patienceForTrayHost = 5; // at login the tray often comes after the programs
-
-/// Runs on Qt's loop, outside any handler of the buses, so that it may open windows.
+/// Runs on Qt's loop, outside any handler of the buses, so that it may open windows and wait for an answer.
 void later(QObject* context, std::function<void()> work) {
     QTimer::singleShot(0, context, std::move(work));
 }
@@ -41,17 +36,48 @@ void log(const std::string& sentence) {
     std::fprintf(stderr, "Wakeloft: %s\n", sentence.c_str());
 }
 
+void logTrouble(const PlatformError& error) {
+    log(error.description);
+}
+
+std::optional<AboutInfo> aboutInfo() {
+    return AboutInfo::fromInfoDictionary(buildInfoDictionary());
+}
+
+SettingsMenu::Feedback feedback(const GettextLocalizer& localizer) {
+    const auto info = aboutInfo();
+    return {.appVersion = info ? std::optional(info->formattedVersion()) : std::nullopt,
+            .macOSVersion = std::nullopt,
+            .language = localizer.language().identifier};
+}
+
 } // namespace
 
-LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::string& sessionBusTrouble)
-    : loop_(loop),
-      systemBus_(loop.event(), loop),
+LinuxApp::LinuxApp(const Surroundings& surroundings)
+    : loop_(surroundings.loop),
+      quitConfirmation_(
+          {.ask =
+               [this](const QuitConfirmation& confirmation) {
+                   const auto alert = QuitConfirmationAlert(localizer_, formatter_, localizer_.locale())
+                                          .makeFor(confirmation);
+                   return !alert || askToQuit(*alert);
+               },
+           .isSystemQuit = [this] { return isSystemQuit_; },
+           .reply =
+               [](bool mayQuit) {
+                   if (mayQuit)
+                       QCoreApplication::quit();
+               },
+           .after = [this](Seconds seconds,
+                           std::function<void()> work) { loop_.performAfter(seconds, std::move(work)); }}),
+      systemBus_(loop_.event(), loop_),
       localizer_(catalogueFolder()),
-      defaults_(makeDefaults(loop, settings_, settingsPathTrouble_)),
-      blocker_(sessionBus, systemBus_, "Wakeloft", localizer_.text("Wakeloft is keeping this Mac awake")),
+      defaults_(makeDefaults(loop_, settings_, settingsPathTrouble_)),
+      blocker_(surroundings.sessionBus, systemBus_, "Wakeloft",
+               localizer_.text("Wakeloft is keeping this Mac awake")),
       store_(*defaults_),
-      scheduler_(loop.event(), dates_),
-      recheck_(loop.event(), systemBus_,
+      scheduler_(loop_.event(), dates_),
+      recheck_(loop_.event(), systemBus_,
                [this](const PlatformError& error) {
                    systemEventsTrouble_ = error.description;
                    log(error.description);
@@ -59,10 +85,35 @@ LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::stri
                        panel_.report(AwakePanel::Trouble::systemEvents, error.description);
                }),
       controller_(blocker_, store_, dates_, continuous_, scheduler_, recheck_, true),
-      panel_(controller_, localizer_, formatter_, localizer_.locale(),
-             {[this] { activate({}); }, [] { QCoreApplication::quit(); }}),
-      view_({[this] { return panel_.content(); },
-             [this](const PanelAction& action) { panel_.perform(action); }, [this] { panel_.opened(); }}) {
+      deepwake_(controller_, *defaults_, dates_, loop_.event(), loop_, systemBus_, surroundings.sessionBus,
+                logTrouble),
+      loginItem_(XdgAutostartLoginItem::placesFor(DesktopApplication::identifier)),
+      login_(loginItem_, true),
+      presetStore_(*defaults_),
+      presets_(presetStore_),
+      opener_(loop_.event(), surroundings.sessionBus, surroundings.environment),
+      update_(opener_, DesktopApplication::identifier,
+              [this](const PlatformError& error) { settingsMenu_.report(error.description); }),
+      panel_({controller_, deepwake_.controller(), login_, presets_}, localizer_, formatter_,
+             localizer_.locale(),
+             {.openPanel = [this] { activate({}); }, .quit = [this] { quit(QuitRequest::user); }}),
+      settingsMenu_(localizer_, feedback(localizer_),
+                    {.activate = [this] { view_.activateWindow(); },
+                     .checkForUpdates = [this] { update_.checkForUpdates(); },
+                     .openPage =
+                         [this](const std::string& address) {
+                             opener_.open(address, [this](const PlatformError& error) {
+                                 settingsMenu_.report(error.description);
+                             });
+                         },
+                     .terminate = [this] { quit(QuitRequest::user); }}),
+      settingsPopup_(presets_, localizer_, formatter_, localizer_.locale()),
+      about_(localizer_, aboutInfo(), dates_, timeZone_),
+      view_({.content = [this] { return panel_.content(); },
+             .perform = [this](const PanelAction& action) { panel_.perform(action); },
+             .opened = [this] { panel_.opened(); },
+             .settings = {settingsMenu_, settingsPopup_, about_}}) {
+    quitConfirmation_.attach(controller_, deepwake_.controller());
     panelChanged_ = panel_.changed().subscribe([this] { refresh(); });
     isBuilt_ = true;
     panel_.report(AwakePanel::Trouble::systemEvents, systemEventsTrouble_);
@@ -73,13 +124,16 @@ LinuxApp::LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::stri
     QApplication::setWindowIcon(windowIcon());
     if (settings_ != nullptr)
         settingsTroubleChanged_ = settings_->troubleChanged().subscribe([this] { tellSettingsTrouble(); });
-    if (sessionBus == nullptr) {
-        panel_.report(AwakePanel::Trouble::sessionBus, sessionBusTrouble);
+    if (surroundings.sessionBus == nullptr) {
+        panel_.report(AwakePanel::Trouble::sessionBus, surroundings.sessionBusTrouble);
         noTrayHost();
-    } else {
-        followColorScheme(sessionBus);
-        makeTrayItem(sessionBus);
+        return;
     }
+    followColorScheme(surroundings.sessionBus);
+    tray_ = std::make_unique<Tray>(
+        surroundings.sessionBus, loop_, panel_,
+        Tray::Events{.pressed = [this](int x, int y, const std::string& token) { trayPressed(x, y, token); },
+                     .isMissing = [this] { noTrayHost(); }});
 }
 
 LinuxApp::~LinuxApp() = default;
@@ -107,6 +161,10 @@ bool LinuxApp::perform(const std::string& action, const DesktopApplication::Argu
         panel_.perform({Kind::stayAwakeWithoutTimer, 0});
     else if (action == "turn-off")
         panel_.perform({Kind::turnOff, 0});
+    else if (action == "deepwake-on")
+        panel_.perform({Kind::deepwakeOn, 0});
+    else if (action == "deepwake-off")
+        panel_.perform({Kind::deepwakeOff, 0});
     else if (action == "open")
         panel_.perform({Kind::openPanel, 0});
     else if (action == "quit")
@@ -114,6 +172,17 @@ bool LinuxApp::perform(const std::string& action, const DesktopApplication::Argu
     else
         return false;
     return true;
+}
+
+void LinuxApp::quit(QuitRequest request) {
+    later(&view_, [this, request] { decideOnQuitting(request); });
+}
+
+void LinuxApp::decideOnQuitting(QuitRequest request) {
+    // The question lets further requests in, each with an origin of its own.
+    isSystemQuit_ = request == QuitRequest::system;
+    if (quitConfirmation_.applicationShouldTerminate() == TerminateReply::now)
+        QCoreApplication::quit();
 }
 
 void LinuxApp::tellSettingsTrouble() {
@@ -139,40 +208,6 @@ void LinuxApp::followColorScheme(sd_bus* sessionBus) {
         log(scheme.error().description); // light colours then
 }
 
-void LinuxApp::makeTrayItem(sd_bus* sessionBus) {
-    trayContent_ = panel_.trayContent();
-    const auto failed = [this](const PlatformError& error) {
-        log(error.description);
-        panel_.report(AwakePanel::Trouble::tray, error.description);
-    };
-    StatusNotifierItem::Events events;
-    events.activated = [this](int x, int y, const std::string& token) { trayActivated(x, y, token); };
-    events.menuChosen = [this](std::int32_t id) { menuChosen(id); };
-    events.hostChanged = [this](bool isHosted) { trayHostChanged(isHosted); };
-    events.failed = failed;
-    auto item = StatusNotifierItem::create(sessionBus, loop_, applicationId, trayFace(trayContent_),
-                                           std::move(events));
-    if (item) {
-        trayItem_ = std::move(*item);
-        return;
-    }
-    failed(item.error());
-    noTrayHost();
-}
-
-void LinuxApp::trayHostChanged(bool isHosted) {
-    const auto change = ++trayHostChanges_;
-    if (isHosted) {
-        panel_.report(AwakePanel::Trouble::trayHost, "");
-        panel_.report(AwakePanel::Trouble::tray, "");
-        return;
-    }
-    loop_.performAfter(patienceForTrayHost, lifetime_.guard([this, change] {
-        if (change == trayHostChanges_)
-            noTrayHost();
-    }));
-}
-
 void LinuxApp::noTrayHost() {
     const auto sentence =
         localizer_.text("This desktop shows no tray, so Wakeloft opens as a window. Start it again "
@@ -182,7 +217,7 @@ void LinuxApp::noTrayHost() {
     activate({});
 }
 
-void LinuxApp::trayActivated(int x, int y, const std::string& activationToken) {
+void LinuxApp::trayPressed(int x, int y, const std::string& activationToken) {
     later(&view_, [this, x, y, activationToken] {
         if (!activationToken.empty())
             qputenv("XDG_ACTIVATION_TOKEN", QByteArray::fromStdString(activationToken));
@@ -190,49 +225,10 @@ void LinuxApp::trayActivated(int x, int y, const std::string& activationToken) {
     });
 }
 
-void LinuxApp::menuChosen(std::int32_t id) {
-    const auto index = static_cast<std::size_t>(id - 1);
-    if (index < menuActions_.size())
-        panel_.perform(menuActions_[index]);
-}
-
 void LinuxApp::refresh() {
     view_.refresh();
-    auto content = panel_.trayContent();
-    if (trayItem_ == nullptr || content == trayContent_)
-        return;
-    trayContent_ = std::move(content);
-    trayItem_->show(trayFace(trayContent_));
-}
-
-TrayItemFace LinuxApp::trayFace(const TrayContent& content) {
-    TrayItemFace face;
-    const auto direction =
-        content.isRightToLeft ? LayoutDirection::rightToLeft : LayoutDirection::leftToRight;
-    face.iconThemePath = trayIconFolder();
-    face.iconName = face.iconThemePath.empty() ? "" : trayIconName(content.icon, direction);
-    face.pixmaps = trayPixmaps(content.icon, direction);
-    face.title = content.spokenLabel;
-    face.toolTipTitle = content.toolTipTitle;
-    face.toolTipText = content.toolTipText;
-    face.isRightToLeft = content.isRightToLeft;
-    std::int32_t separators = 0;
-    for (const auto& entry : content.menu) {
-        const bool isSeparator = entry.title.empty();
-        face.menu.push_back({.id = isSeparator ? firstSeparatorId + separators++ : idOf(entry.action),
-                             .label = entry.title,
-                             .isSeparator = isSeparator,
-                             .isEnabled = true});
-    }
-    return face;
-}
-
-// The same for the life of the program: a host's click may come after the menu that it saw has changed.
-std::int32_t LinuxApp::idOf(const PanelAction& action) {
-    auto found = std::ranges::find(menuActions_, action);
-    if (found == menuActions_.end())
-        found = menuActions_.insert(found, action);
-    return static_cast<std::int32_t>(found - menuActions_.begin()) + 1;
+    if (tray_ != nullptr)
+        tray_->refresh();
 }
 
 } // namespace wakeloft

@@ -1,19 +1,28 @@
 #pragma once
 
+#include "AboutPopup.h"
 #include "AwakePanel.h"
 #include "BusConnection.h"
 #include "ColorScheme.h"
+#include "Deepwake.h"
 #include "DesktopApplication.h"
 #include "GettextLocalizer.h"
 #include "IcuDurationFormatter.h"
 #include "JsonUserDefaults.h"
+#include "LinkOpener.h"
 #include "LogindSleepBlocker.h"
 #include "PanelView.h"
+#include "QuitConfirmationDelegate.h"
 #include "SdEventMainRunLoop.h"
-#include "StatusNotifierItem.h"
+#include "SettingsMenu.h"
+#include "SettingsPopup.h"
+#include "SoftwareCentreUpdate.h"
 #include "SystemClocks.h"
 #include "SystemDeadlineRecheckNotifier.h"
+#include "SystemTimeZone.h"
 #include "TimerDeadlineScheduler.h"
+#include "Tray.h"
+#include "XdgAutostartLoginItem.h"
 #include "session/AwakeIntentStore.h"
 
 #include <memory>
@@ -26,9 +35,19 @@ namespace wakeloft {
 /// session bus and the views. Main thread.
 class LinuxApp {
   public:
-    /// `sessionBus` is null where there is none, and `sessionBusTrouble` says why then. Both must outlive the
-    /// app.
-    LinuxApp(SdEventMainRunLoop& loop, sd_bus* sessionBus, const std::string& sessionBusTrouble);
+    /// What the program was started with.
+    struct Surroundings {
+        SdEventMainRunLoop& loop;
+        sd_bus* sessionBus;                   ///< null where there is none
+        std::string sessionBusTrouble;        ///< why there is none
+        std::vector<std::string> environment; ///< of the user's session
+    };
+
+    /// Who asks to quit.
+    enum class QuitRequest { user, system };
+
+    /// The loop and the bus must outlive the app.
+    explicit LinuxApp(const Surroundings& surroundings);
     LinuxApp(const LinuxApp&) = delete;
     LinuxApp& operator=(const LinuxApp&) = delete;
     ~LinuxApp();
@@ -36,22 +55,24 @@ class LinuxApp {
     /// Somebody started the program again: shows the panel.
     void activate(const std::string& activationToken);
 
-    /// "turn-on", "turn-off", "open", "quit" take nothing; "start-session" takes its length in seconds.
+    /// "turn-on", "turn-off", "deepwake-on", "deepwake-off", "open", "quit" take nothing; "start-session"
+    /// takes its length in seconds.
     bool perform(const std::string& action, const DesktopApplication::Argument& argument);
 
+    /// Asks the user where there is something to ask, gives Deepwake back, and ends Qt's loop.
+    void quit(QuitRequest request);
+
   private:
+    void decideOnQuitting(QuitRequest request);
     void tellSettingsTrouble();
-    void makeTrayItem(sd_bus* sessionBus);
-    void trayHostChanged(bool isHosted);
     void noTrayHost();
-    void trayActivated(int x, int y, const std::string& activationToken);
-    void menuChosen(std::int32_t id);
+    void trayPressed(int x, int y, const std::string& activationToken);
     void refresh();
-    [[nodiscard]] TrayItemFace trayFace(const TrayContent& content);
-    std::int32_t idOf(const PanelAction& action);
     void followColorScheme(sd_bus* sessionBus);
 
     SdEventMainRunLoop& loop_;
+    QuitConfirmationDelegate quitConfirmation_;
+    bool isSystemQuit_ = false; ///< of the request that is being decided
     BusConnection systemBus_;
     GettextLocalizer localizer_;
     IcuDurationFormatter formatter_;
@@ -68,15 +89,23 @@ class LinuxApp {
     TimerDeadlineScheduler scheduler_;
     SystemDeadlineRecheckNotifier recheck_;
     AwakeController controller_;
+    Deepwake deepwake_;
+    XdgAutostartLoginItem loginItem_;
+    LoginItemController login_;
+    UserDefaultsPresetDurationStore presetStore_;
+    PresetDurationsController presets_;
 
+    LinkOpener opener_;
+    SoftwareCentreUpdate update_;
+    SystemTimeZone timeZone_;
     AwakePanel panel_;
+    SettingsMenu settingsMenu_;
+    SettingsPopup settingsPopup_;
+    AboutPopup about_;
     PanelView view_;
     std::unique_ptr<ColorScheme> colorScheme_;
-    TrayContent trayContent_;
-    std::vector<PanelAction> menuActions_; ///< by the id of their line less one
+    std::unique_ptr<Tray> tray_;
     std::string loggedReadTrouble_;
-    int trayHostChanges_ = 0;
-    std::unique_ptr<StatusNotifierItem> trayItem_;
     Subscription panelChanged_;
     Subscription settingsTroubleChanged_;
     Subscription systemBusReopened_;

@@ -34,6 +34,21 @@ void paintSymbol(QPainter& painter, PanelNotice::Symbol symbol, QPointF center, 
     painter.setPen(QPen(color, 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.setBrush(Qt::NoBrush);
     painter.translate(center);
+    if (symbol == PanelNotice::Symbol::heat) {
+        QPainterPath tube; // a thermometer
+        tube.moveTo(-1.8, 1.2);
+        tube.lineTo(-1.8, -3.9);
+        tube.arcTo(QRectF(-1.8, -5.7, 3.6, 3.6), 180, -180);
+        tube.lineTo(1.8, 1.2);
+        tube.arcTo(QRectF(-2.9, 0.4, 5.8, 5.8), 52, -284);
+        tube.closeSubpath();
+        painter.drawPath(tube);
+        painter.setBrush(color);
+        painter.setPen(Qt::NoPen);
+        painter.drawEllipse(QPointF(0, 3.3), 1.5, 1.5);
+        painter.drawRect(QRectF(-0.6, -3.4, 1.2, 6));
+        return;
+    }
     if (symbol == PanelNotice::Symbol::information) {
         painter.drawEllipse(QPointF(0, 0), 5.4, 5.4);
         paintMark(painter, 0, -2.4, -0.4, 2.7);
@@ -48,6 +63,19 @@ void paintSymbol(QPainter& painter, PanelNotice::Symbol symbol, QPointF center, 
     paintMark(painter, 0, 2.7, -1.9, 0.8);
 }
 
+QPalette::ColorRole symbolColor(PanelNotice::Symbol symbol) {
+    switch (symbol) {
+    case PanelNotice::Symbol::information:
+        return role::secondaryText;
+    case PanelNotice::Symbol::failure:
+        return role::failure;
+    case PanelNotice::Symbol::warning:
+    case PanelNotice::Symbol::heat:
+        break;
+    }
+    return role::warning;
+}
+
 } // namespace
 
 NoticeRow::NoticeRow(ActionButton::Perform perform, QWidget* parent)
@@ -60,6 +88,7 @@ void NoticeRow::setContent(const PanelNotice& content) {
     hasText_ = !content.text.empty();
     hasLink_ = content.link.has_value();
     text_->setText(QString::fromStdString(content.text));
+    text_->setForegroundRole(symbol_ == PanelNotice::Symbol::failure ? role::failure : role::secondaryText);
     text_->setVisible(hasText_);
     if (content.link)
         link_->setContent(*content.link);
@@ -111,9 +140,8 @@ void NoticeRow::paintEvent(QPaintEvent*) {
     const int middle = qRound(metrics.ascent() - metrics.capHeight() / 2);
     const QRect box =
         QStyle::visualRect(layoutDirection(), rect(), QRect(sideMargin, 0, symbolWidth, height()));
-    const bool isWarning = symbol_ == PanelNotice::Symbol::warning;
     paintSymbol(painter, symbol_, QPointF(box.x() + symbolWidth / 2.0, middle),
-                palette().color(isWarning ? role::warning : role::secondaryText));
+                palette().color(symbolColor(symbol_)));
 }
 
 } // namespace wakeloft

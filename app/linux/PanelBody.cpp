@@ -12,15 +12,19 @@ namespace {
 
 constexpr int sideMargin = 16;
 constexpr int topMargin = 14;
-constexpr int bottomMargin = 16;
-constexpr int bottomMarginBelowLink = 12; // a link has some air of its own
+constexpr int bottomMargin = 12;
 constexpr int gapBetweenBlocks = 14;
 constexpr int gapBelowCaption = 6;
-constexpr int gapBetweenNotices = 8;
+constexpr int gapBelowSwitch = 8;
+constexpr int gapAboveSettings = 10;
 
 bool hasFocusRing(const QWidget* widget) {
-    const auto* button = dynamic_cast<const ActionButton*>(widget);
-    return button != nullptr && button->hasFocusRing();
+    if (const auto* button = dynamic_cast<const ActionButton*>(widget))
+        return button->hasFocusRing();
+    if (const auto* button = dynamic_cast<const SettingsButton*>(widget))
+        return button->hasFocusRing();
+    const auto* row = dynamic_cast<const SwitchRow*>(widget);
+    return row != nullptr && row->hasFocusRing();
 }
 
 } // namespace
@@ -32,7 +36,16 @@ PanelBody::PanelBody(ActionButton::Perform perform, QWidget* parent)
       explanation_(new TextLabel(scaledFont(fontScale::small), role::secondaryText, this)),
       mainButton_(new ActionButton(ActionButton::Kind::main, perform_, this)),
       sessionCaption_(new TextLabel(scaledFont(fontScale::small), role::secondaryText, this)),
-      sessionButtons_(new ButtonGrid(perform_, this)) {}
+      sessionButtons_(new ButtonGrid(perform_, this)),
+      deepwake_(new SwitchRow(perform_, this)),
+      deepwakeNotices_(new NoticeList(perform_, this)),
+      notices_(new NoticeList(perform_, this)),
+      loginDivider_(new Divider(this)),
+      openAtLogin_(new SwitchRow(perform_, this)),
+      loginNotices_(new NoticeList(perform_, this)),
+      settingsDivider_(new Divider(this)),
+      settings_(new SettingsButton(this)),
+      settingsNotices_(new NoticeList(perform_, this)) {}
 
 void PanelBody::setContent(const PanelContent& content) {
     const QWidget* focused = focusWidget();
@@ -57,19 +70,16 @@ void PanelBody::arrange() {
     sessionCaption_->setVisible(!content_.sessionCaption.empty());
     sessionButtons_->setContent(content_.sessionButtons);
     sessionButtons_->setVisible(!content_.sessionButtons.empty());
-    setNotices(content_.notices);
+    deepwake_->setContent(content_.deepwake);
+    deepwakeNotices_->setContent(content_.deepwakeNotices);
+    deepwakeNotices_->setVisible(!content_.deepwakeNotices.empty());
+    notices_->setContent(content_.notices);
+    notices_->setVisible(!content_.notices.empty());
+    openAtLogin_->setContent(content_.openAtLogin);
+    loginNotices_->setContent(content_.loginNotices);
+    loginNotices_->setVisible(!content_.loginNotices.empty());
     chainTabOrder();
     place();
-}
-
-void PanelBody::setNotices(const std::vector<PanelNotice>& notices) {
-    while (notices_.size() < notices.size())
-        notices_.push_back(new NoticeRow(perform_, this));
-    for (size_t i = 0; i < notices_.size(); ++i) {
-        if (i < notices.size())
-            notices_[i]->setContent(notices[i]);
-        notices_[i]->setVisible(i < notices.size());
-    }
 }
 
 std::vector<PanelBody::Block> PanelBody::blocks() const {
@@ -82,8 +92,19 @@ std::vector<PanelBody::Block> PanelBody::blocks() const {
         blocks.push_back({sessionCaption_, gapBetweenBlocks});
     if (!content_.sessionButtons.empty())
         blocks.push_back({sessionButtons_, hasCaption ? gapBelowCaption : gapBetweenBlocks});
-    for (size_t i = 0; i < content_.notices.size(); ++i)
-        blocks.push_back({notices_[i], i == 0 ? gapBetweenBlocks : gapBetweenNotices, NoticeRow::sideMargin});
+    blocks.push_back({deepwake_, gapBetweenBlocks});
+    if (!content_.deepwakeNotices.empty())
+        blocks.push_back({deepwakeNotices_, gapBelowSwitch, NoticeRow::sideMargin});
+    if (!content_.notices.empty())
+        blocks.push_back({notices_, gapBetweenBlocks, NoticeRow::sideMargin});
+    blocks.push_back({loginDivider_, gapBetweenBlocks});
+    blocks.push_back({openAtLogin_, gapBetweenBlocks});
+    if (!content_.loginNotices.empty())
+        blocks.push_back({loginNotices_, gapBelowSwitch, NoticeRow::sideMargin});
+    blocks.push_back({settingsDivider_, gapBetweenBlocks});
+    blocks.push_back({settings_, gapAboveSettings});
+    if (!settingsTrouble_.empty())
+        blocks.push_back({settingsNotices_, gapBelowSwitch, NoticeRow::sideMargin});
     return blocks;
 }
 
@@ -95,9 +116,16 @@ void PanelBody::chainTabOrder() {
     };
     for (ActionButton* button : sessionButtons_->buttons())
         append(button);
-    for (const NoticeRow* notice : notices_)
-        if (notice->link() != nullptr)
-            append(notice->link());
+    const auto appendLinks = [&](const NoticeList* notices) {
+        for (ActionButton* link : notices->links())
+            append(link);
+    };
+    append(deepwake_);
+    appendLinks(deepwakeNotices_);
+    appendLinks(notices_);
+    append(openAtLogin_);
+    appendLinks(loginNotices_);
+    append(settings_);
 }
 
 int PanelBody::widthOf(const Block& block, int bodyWidth) {
@@ -105,8 +133,7 @@ int PanelBody::widthOf(const Block& block, int bodyWidth) {
 }
 
 int PanelBody::heightForWidth(int width) const {
-    const bool endsWithLink = !content_.notices.empty() && content_.notices.back().link;
-    int height = endsWithLink ? bottomMarginBelowLink : bottomMargin;
+    int height = bottomMargin;
     for (const Block& block : blocks())
         height += block.gapAbove + block.widget->heightForWidth(widthOf(block, width));
     return height;
@@ -121,6 +148,14 @@ void PanelBody::place() {
         block.widget->setGeometry(sideMargin - block.overhang, y, blockWidth, blockHeight);
         y += blockHeight;
     }
+}
+
+void PanelBody::setSettingsTrouble(const std::string& sentence) {
+    if (std::exchange(settingsTrouble_, sentence) == sentence)
+        return;
+    settingsNotices_->setContent({{PanelNotice::Symbol::warning, sentence, std::nullopt}});
+    settingsNotices_->setVisible(!sentence.empty());
+    place();
 }
 
 void PanelBody::focusMainButton(Qt::FocusReason reason) {

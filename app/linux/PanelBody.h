@@ -2,8 +2,11 @@
 
 #include "ActionButton.h"
 #include "ButtonGrid.h"
-#include "NoticeRow.h"
+#include "Divider.h"
+#include "NoticeList.h"
 #include "PanelHeader.h"
+#include "SettingsButton.h"
+#include "SwitchRow.h"
 #include "TextLabel.h"
 
 #include <QWidget>
@@ -24,6 +27,9 @@ class PanelBody : public QWidget {
     [[nodiscard]] int heightForWidth(int width) const override;
 
     void focusMainButton(Qt::FocusReason reason);
+    SettingsButton& settingsButton() { return *settings_; }
+    /// What went wrong with a command of the settings; empty: nothing.
+    void setSettingsTrouble(const std::string& sentence);
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
@@ -37,19 +43,27 @@ class PanelBody : public QWidget {
     };
     [[nodiscard]] std::vector<Block> blocks() const;
     static int widthOf(const Block& block, int bodyWidth);
-    void setNotices(const std::vector<PanelNotice>& notices);
     void arrange();
     void chainTabOrder();
     void place();
 
     ActionButton::Perform perform_;
     PanelContent content_;
+    std::string settingsTrouble_;
     PanelHeader* header_;
     TextLabel* explanation_;
     ActionButton* mainButton_;
     TextLabel* sessionCaption_;
     ButtonGrid* sessionButtons_;
-    std::vector<NoticeRow*> notices_; // the surplus stays hidden: one may be in the middle of its own click
+    SwitchRow* deepwake_;
+    NoticeList* deepwakeNotices_;
+    NoticeList* notices_;
+    Divider* loginDivider_;
+    SwitchRow* openAtLogin_;
+    NoticeList* loginNotices_;
+    Divider* settingsDivider_;
+    SettingsButton* settings_;
+    NoticeList* settingsNotices_;
 };
 
 } // namespace wakeloft

@@ -5,6 +5,7 @@
 #include "PanelPlacement.h"
 #include "X11Desktop.h"
 
+#include <QApplication>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -54,14 +55,19 @@ PanelView::PanelView(Source source)
     connect(&tick_, &QTimer::timeout, this, [this] { tick(); });
 }
 
+PanelView::~PanelView() = default;
+
 void PanelView::build() {
-    if (body_ == nullptr)
-        body_ = new PanelBody(
-            [this](const PanelAction& action) {
-                source_.perform(action);
-                refresh();
-            },
-            this);
+    if (body_ != nullptr)
+        return;
+    body_ = new PanelBody(
+        [this](const PanelAction& action) {
+            source_.perform(action);
+            refresh();
+        },
+        this);
+    settings_ = std::make_unique<SettingsView>(source_.settings, body_->settingsButton());
+    settingsChanged_ = source_.settings.menu.changed().subscribe([this] { refresh(); });
 }
 
 void PanelView::refresh() {
@@ -78,7 +84,16 @@ void PanelView::draw() {
         shown_ = std::move(content);
         fitWindow();
     }
+    drawSettings();
     updateTick();
+}
+
+void PanelView::drawSettings() {
+    const auto failure = source_.settings.menu.content().failure;
+    if (std::exchange(settingsTrouble_, failure) == failure)
+        return;
+    body_->setSettingsTrouble(failure);
+    fitWindow();
 }
 
 // --- Opening and closing
@@ -149,8 +164,8 @@ void PanelView::startWatchingPresses() {
 
 void PanelView::pressedAnywhere() {
     const QRect onScreen = bodyRect().translated(mapToGlobal(QPoint()));
-    if (!isVisible() || onScreen.contains(QCursor::pos()))
-        return;
+    if (!isVisible() || onScreen.contains(QCursor::pos()) || QApplication::activePopupWidget() != nullptr)
+        return;                 // a press beside a menu or popover closes only that
     closingPressIsHeld_ = true; // many hosts tell of a press at its release
     hide();
 }
@@ -167,7 +182,7 @@ void PanelView::releasedAnywhere() {
 void PanelView::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Escape && form_ == Form::panel)
         hide();
-    else
+    else if (!settings_->performShortcut(*event))
         QWidget::keyPressEvent(event);
 }
 
@@ -178,6 +193,8 @@ void PanelView::changeEvent(QEvent* event) {
     if (event->type() != QEvent::ActivationChange || !isVisible())
         return;
     if (!isActiveWindow()) {
+        if (QApplication::activePopupWidget() != nullptr)
+            return; // its own menu or popover
         wasDeactivated_ = true;
         if (form_ == Form::panel)
             hide();

@@ -2,12 +2,14 @@
 
 #include "OutsidePress.h"
 #include "PanelContent.h"
+#include "SettingsView.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
 #include <QWidget>
 
 #include <functional>
+#include <memory>
 
 namespace wakeloft {
 
@@ -22,8 +24,10 @@ class PanelView : public QWidget {
         std::function<void(const PanelAction&)> perform;
         /// The user opens the panel: it appears, or its window becomes active again. Called before it draws.
         std::function<void()> opened;
+        SettingsSource settings;
     };
     explicit PanelView(Source source);
+    ~PanelView() override;
 
     /// Asks for the content again and redraws what differs. Does nothing while hidden.
     void refresh();
@@ -50,6 +54,7 @@ class PanelView : public QWidget {
     void become(Form form);
     void open();
     void draw();
+    void drawSettings();
     void fitWindow();
     [[nodiscard]] QRect bodyRect() const;
 
@@ -64,6 +69,9 @@ class PanelView : public QWidget {
     Source source_;
     PanelContent shown_;
     PanelBody* body_ = nullptr;
+    std::unique_ptr<SettingsView> settings_;
+    std::string settingsTrouble_;
+    Subscription settingsChanged_;
     Form form_ = Form::none;
     bool isComposited_ = false;
     bool wasDeactivated_ = false;

@@ -19,7 +19,8 @@ int TextLabel::heightForWidth(int width) const {
 void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    TextBlock(text(), {font(), layoutDirection()}, width()).draw(painter, {0, 0});
+    const bool isCentered = (alignment() & Qt::AlignHCenter) != 0;
+    TextBlock(text(), {font(), layoutDirection(), isCentered}, width()).draw(painter, {0, 0});
 }
 
 } // namespace wakeloft

@@ -8,14 +8,15 @@ namespace wakeloft {
 namespace {
 
 struct Colors {
-    QRgb background, raised, text, secondaryText, accent, textOnAccent, buttonFill, link, warning, border;
+    QRgb background, raised, text, secondaryText, accent, textOnAccent, buttonFill, link, warning, failure,
+        switchOff, border, divider, star;
 };
 
 // Every text keeps 4.5:1 against what it stands on.
-constexpr Colors light{0xfffbfbfc, 0xffffffff, 0xff1a1b1e, 0xff5c6068, 0xff2a66d9,
-                       0xffffffff, 0xffedeef0, 0xff2160cf, 0xffb05a00, 0xffcbcdd1};
-constexpr Colors dark{0xff27282c, 0xff303136, 0xfff1f2f4, 0xffadb1b9, 0xff5a92f8,
-                      0xff0b1220, 0xff3a3b41, 0xff8ab4ff, 0xfff2b84b, 0xff47494f};
+constexpr Colors light{0xfffbfbfc, 0xffffffff, 0xff1a1b1e, 0xff5c6068, 0xff2a66d9, 0xffffffff, 0xffedeef0,
+                       0xff2160cf, 0xffb05a00, 0xffc02626, 0xff8d9199, 0xffcbcdd1, 0xffe3e4e7, 0xffc98a00};
+constexpr Colors dark{0xff27282c, 0xff303136, 0xfff1f2f4, 0xffadb1b9, 0xff5a92f8, 0xff0b1220, 0xff3a3b41,
+                      0xff8ab4ff, 0xfff2b84b, 0xffff8f86, 0xff75797f, 0xff47494f, 0xff3d3f45, 0xffffcc40};
 
 } // namespace
 
@@ -33,7 +34,11 @@ QPalette themePalette(bool isDark) {
     set(role::buttonFill, colors.buttonFill);
     set(role::link, colors.link);
     set(role::warning, colors.warning);
+    set(role::failure, colors.failure);
+    set(role::switchOff, colors.switchOff);
     set(role::border, colors.border);
+    set(role::divider, colors.divider);
+    set(role::star, colors.star);
     // What Fusion's own widgets, such as menus and tool tips, use besides.
     set(QPalette::Base, colors.raised);
     set(QPalette::Text, colors.text);

@@ -15,7 +15,11 @@ constexpr auto textOnAccent = QPalette::HighlightedText;
 constexpr auto buttonFill = QPalette::Button;
 constexpr auto link = QPalette::Link;
 constexpr auto warning = QPalette::BrightText;
+constexpr auto failure = QPalette::LinkVisited;
+constexpr auto switchOff = QPalette::Dark; ///< the track of a switch that is off
 constexpr auto border = QPalette::Mid;
+constexpr auto divider = QPalette::Midlight;
+constexpr auto star = QPalette::Light;
 } // namespace role
 
 QPalette themePalette(bool isDark);

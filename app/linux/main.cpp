@@ -1,6 +1,7 @@
 #include "DesktopApplication.h"
 #include "LinuxApp.h"
 #include "SdEventInQt.h"
+#include "SpawnedProgram.h"
 #include "TerminationSignals.h"
 
 #include <QApplication>
@@ -8,6 +9,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -36,15 +39,22 @@ bool hasDisplay() {
 } // namespace
 
 int main(int argc, char** argv) {
+    auto sessionEnvironment = processEnvironment(); // before anything changes it
     const auto loop = SdEventMainRunLoop::create();
     if (!loop)
         return fail(loop.error().description);
     sd_event* event = (*loop)->event();
-    const auto signals = TerminationSignals::watch(event, [] { QCoreApplication::quit(); });
+    LinuxApp* running = nullptr;
+    bool isToQuit = false;
+    const auto systemQuits = [&] {
+        isToQuit = true;
+        if (running != nullptr)
+            running->quit(LinuxApp::QuitRequest::system);
+    };
+    const auto signals = TerminationSignals::watch(event, systemQuits);
     if (!signals)
         return fail(signals.error().description);
 
-    LinuxApp* running = nullptr;
     DesktopApplication::Events events;
     events.activated = [&](const std::string& token) {
         if (running != nullptr)
@@ -82,11 +92,16 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     const SdEventInQt driver(event);
 
-    LinuxApp app(**loop, application != nullptr ? sessionBus->get() : nullptr, sessionBusTrouble);
+    LinuxApp app({.loop = **loop,
+                  .sessionBus = application != nullptr ? sessionBus->get() : nullptr,
+                  .sessionBusTrouble = sessionBusTrouble,
+                  .environment = std::move(sessionEnvironment)});
     running = &app;
+    if (isToQuit) // asked while it started
+        app.quit(LinuxApp::QuitRequest::system);
     BusSlot sessionEnd;
     if (application != nullptr) {
-        auto watched = watchBusEnd(sessionBus->get(), [] { QCoreApplication::quit(); });
+        auto watched = watchBusEnd(sessionBus->get(), systemQuits);
         if (!watched)
             return fail(watched.error().description);
         sessionEnd = std::move(*watched);

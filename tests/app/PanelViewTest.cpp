@@ -6,9 +6,13 @@
 #include "TextBlock.h"
 #include "Theme.h"
 #include "TrayGlyph.h"
+#include "twins/SessionTwins.h"
+#include "twins/WordingTwins.h"
 
 #include <QAccessible>
 #include <QApplication>
+#include <QCheckBox>
+#include <QMenu>
 #include <QPainter>
 #include <QTest>
 
@@ -36,8 +40,15 @@ PanelContent offContent() {
     content.sessionButtons = {button("30 min", PanelAction::Kind::startSession, 1800),
                               button("1 hr", PanelAction::Kind::startSession, 3600)};
     content.sessionButtons[0].spokenLabel = "Stay awake for 30 minutes";
+    content.deepwake = {.title = "Deepwake",
+                        .footnote = "Your computer stays awake with the lid closed.",
+                        .action = {PanelAction::Kind::deepwakeOn, 0}};
     return content;
 }
+
+struct FixedTimeZone final : TimeZone {
+    [[nodiscard]] Seconds secondsFromUtcAt(Date) const override { return 0; }
+};
 
 /// A panel over content that the test changes, and what it asked for.
 class PanelViewTest : public testing::Test {
@@ -46,13 +57,24 @@ class PanelViewTest : public testing::Test {
     int contentAsked = 0;
     int opened = 0;
     std::vector<PanelAction> performed;
+    ManualLocalizer localizer;
+    ManualFormatter formatter;
+    ManualClocks clocks;
+    InMemoryPresetDurationStore presetStore;
+    PresetDurationsController presets{presetStore};
+    FixedTimeZone timeZone;
+    int quits = 0;
+    SettingsMenu settings{localizer, {}, {[] {}, [] {}, [](const std::string&) {}, [this] { ++quits; }}};
+    SettingsPopup settingsPopup{presets, localizer, formatter, {"de"}};
+    AboutPopup about{localizer, AboutInfo{"1.4", "212"}, clocks, timeZone};
     PanelView view{{.content =
                         [this] {
                             ++contentAsked;
                             return content;
                         },
                     .perform = [this](const PanelAction& action) { performed.push_back(action); },
-                    .opened = [this] { ++opened; }}};
+                    .opened = [this] { ++opened; },
+                    .settings = {settings, settingsPopup, about}}};
 
     std::vector<ActionButton*> visibleButtons() {
         std::vector<ActionButton*> found;
@@ -93,13 +115,14 @@ TEST_F(PanelViewTest, handsEachActionOnWithItsSpokenNameAndByKeyboardAlone) {
     ASSERT_NE(visibleButton("Stay awake for 30 minutes"), nullptr);
     ASSERT_NE(visibleButton("Don’t Try Again & Quit"), nullptr);
     QTest::keyClick(view.focusWidget(), Qt::Key_Return); // the main button has the focus at first
-    for (int i = 0; i < 3; ++i) {
+    for (int i = 0; i < 4; ++i) {
         QTest::keyClick(view.focusWidget(), Qt::Key_Tab);
         QTest::keyClick(view.focusWidget(), Qt::Key_Space);
     }
     EXPECT_EQ(performed, (std::vector<PanelAction>{{PanelAction::Kind::toggle, 0},
                                                    {PanelAction::Kind::startSession, 1800},
                                                    {PanelAction::Kind::startSession, 3600},
+                                                   {PanelAction::Kind::deepwakeOn, 0},
                                                    {PanelAction::Kind::turnOff, 0}}));
 
     const auto headers = view.findChildren<QLabel*>();
@@ -108,6 +131,68 @@ TEST_F(PanelViewTest, handsEachActionOnWithItsSpokenNameAndByKeyboardAlone) {
         return spoken->role() == QAccessible::StaticText &&
                spoken->text(QAccessible::Name) == "Wakeloft is off" && spoken->childCount() == 0;
     }));
+}
+
+TEST_F(PanelViewTest, theSwitchShowsWhatItWasGivenAndOnlyThat) {
+    view.openAt({600, 5});
+    auto* row = view.findChild<QCheckBox*>();
+    ASSERT_NE(row, nullptr);
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(row);
+    EXPECT_EQ(spoken->role(), QAccessible::CheckBox);
+    EXPECT_EQ(spoken->text(QAccessible::Name), "Deepwake");
+    const QPoint onSwitch(row->width() - 5, 8);
+    QTest::mouseClick(row, Qt::LeftButton, {}, onSwitch);
+    EXPECT_EQ(performed, (std::vector<PanelAction>{{PanelAction::Kind::deepwakeOn, 0}}));
+    EXPECT_FALSE(spoken->state().checked); // not confirmed yet
+    content.deepwake.isOn = true;
+    view.refresh();
+    EXPECT_TRUE(spoken->state().checked);
+    content.deepwake.isEnabled = false;
+    view.refresh();
+    EXPECT_TRUE(spoken->state().disabled);
+    QTest::mouseClick(row, Qt::LeftButton, {}, onSwitch);
+    EXPECT_EQ(performed.size(), 1U);
+}
+
+TEST_F(PanelViewTest, theSettingsMenuOpensThePopoversOneAtATime) {
+    view.openAsWindow();
+    const auto buttons = view.findChildren<QPushButton*>();
+    const auto button = std::ranges::find(buttons, QString("Settings"), &QWidget::accessibleName);
+    ASSERT_NE(button, buttons.end());
+    QTest::mouseClick(*button, Qt::LeftButton);
+    const auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    ASSERT_NE(menu, nullptr);
+    EXPECT_GE(menu->width(), 260);
+    EXPECT_EQ(menu->actions().size(), 6);
+    menu->actions().last()->trigger();
+    QApplication::activePopupWidget()->close();
+    QTest::qWait(20); // on this platform a closing menu takes the activation along, which ends popovers
+    EXPECT_EQ(quits, 1);
+
+    view.activateWindow();
+    settings.perform(SettingsAction::choosePresets);
+    QTest::qWait(20);
+    QWidget* popover = QApplication::activePopupWidget();
+    ASSERT_NE(popover, nullptr);
+    const auto stars = popover->findChildren<QCheckBox*>();
+    ASSERT_EQ(stars.size(), 6);
+    EXPECT_FALSE(stars[3]->isEnabled()); // three are starred
+    QTest::keyClick(popover->focusWidget(), Qt::Key_Space);
+    EXPECT_EQ(presets.pinned().size(), 2U);
+    EXPECT_TRUE(stars[3]->isEnabled());
+    EXPECT_TRUE(view.isVisible());
+
+    settings.perform(SettingsAction::showAbout);
+    QTest::qWait(20);
+    ASSERT_NE(QApplication::activePopupWidget(), nullptr);
+    EXPECT_TRUE(QApplication::activePopupWidget()->findChildren<QCheckBox*>().empty());
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+    EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+    EXPECT_EQ(settings.content().popup, std::nullopt);
+    EXPECT_TRUE(view.isVisible());
+    QTest::keyClick(view.focusWidget(), Qt::Key_Q, Qt::ControlModifier);
+    QTest::qWait(20);
+    EXPECT_EQ(quits, 2);
 }
 
 TEST_F(PanelViewTest, focusMovesToTheMainButtonWhenItsRowGoes) {
@@ -127,8 +212,8 @@ TEST_F(PanelViewTest, focusMovesToTheMainButtonWhenItsRowGoes) {
     view.refresh();
     QTest::keyClick(view.focusWidget(), Qt::Key_Tab);
     EXPECT_EQ(view.focusWidget(), visibleButton("Stay awake for 30 minutes"));
-    QTest::keyClick(view.focusWidget(), Qt::Key_Backtab);
-    QTest::keyClick(view.focusWidget(), Qt::Key_Backtab);
+    for (int i = 0; i < 5; ++i) // by the main button, the settings and both switches
+        QTest::keyClick(view.focusWidget(), Qt::Key_Backtab);
     EXPECT_EQ(view.focusWidget(), visibleButton("2 hr"));
 }
 
@@ -257,8 +342,9 @@ TEST(ThemeTest, everyTextIsReadable) {
         const QPalette palette = themePalette(isDark);
         for (const auto& [ink, ground] :
              {std::pair{role::text, role::background}, std::pair{role::secondaryText, role::background},
-              std::pair{role::link, role::background}, std::pair{role::warning, role::background},
-              std::pair{role::text, role::buttonFill}, std::pair{role::textOnAccent, role::accent}})
+              std::pair{role::failure, role::background}, std::pair{role::link, role::background},
+              std::pair{role::warning, role::background}, std::pair{role::text, role::buttonFill},
+              std::pair{role::textOnAccent, role::accent}})
             EXPECT_GE(contrast(palette.color(ink), palette.color(ground)), 4.5) << isDark << ' ' << ink;
     }
     EXPECT_GE(contrast(QColor::fromRgb(trayGlyphColor), Qt::white), 4);

@@ -1,0 +1,123 @@
+#include "SwitchRow.h"
+
+#include "FocusRing.h"
+#include "TextBlock.h"
+#include "Theme.h"
+
+#include <QFocusEvent>
+#include <QPainter>
+#include <QStyle>
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace wakeloft {
+
+namespace {
+
+constexpr int trackWidth = 34;
+constexpr int trackHeight = 20;
+constexpr int switchGap = 12;
+constexpr int footnoteGap = 3;
+constexpr qreal knobInset = 2.5;
+
+int textWidth(int width) {
+    return width - trackWidth - switchGap;
+}
+
+} // namespace
+
+SwitchRow::SwitchRow(Perform perform, QWidget* parent) : QCheckBox(parent) {
+    setAttribute(Qt::WA_Hover);
+    setFocusPolicy(Qt::StrongFocus);
+    connect(this, &QCheckBox::clicked, this, [this, perform = std::move(perform)] {
+        const PanelAction action = content_.action; // performing may change this row
+        perform(action);
+    });
+}
+
+void SwitchRow::setContent(const PanelSwitch& content) {
+    content_ = content;
+    title_ = QString::fromStdString(content.title);
+    footnote_ = QString::fromStdString(content.footnote);
+    // No text(): an ampersand there would become a keyboard shortcut.
+    setAccessibleName(title_);
+    setAccessibleDescription(footnote_);
+    setChecked(content.isOn);
+    setEnabled(content.isEnabled);
+    update();
+}
+
+int SwitchRow::titleHeight(int width) const {
+    const TextBlock title(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width));
+    return std::max(trackHeight, qRound(title.height()));
+}
+
+int SwitchRow::heightForWidth(int width) const {
+    int height = titleHeight(width);
+    if (!footnote_.isEmpty()) {
+        const TextBlock footnote(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, width);
+        height += footnoteGap + qRound(footnote.height());
+    }
+    return height;
+}
+
+bool SwitchRow::hitButton(const QPoint& point) const {
+    return rect().contains(point) && point.y() < titleHeight(width());
+}
+
+void SwitchRow::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const int top = titleHeight(width());
+    const auto mirrored = [this](const QRect& place) {
+        return QStyle::visualRect(layoutDirection(), rect(), place);
+    };
+    const TextBlock title(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width()));
+    painter.setPen(palette().color(isEnabled() ? role::text : role::secondaryText));
+    title.draw(painter, QPointF(mirrored({0, 0, textWidth(width()), top}).x(),
+                                std::floor((top - title.height()) / 2)));
+    paintSwitch(painter, mirrored({width() - trackWidth, (top - trackHeight) / 2, trackWidth, trackHeight}));
+    if (footnote_.isEmpty())
+        return;
+    painter.setPen(palette().color(role::secondaryText));
+    TextBlock(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, width())
+        .draw(painter, QPointF(0, top + footnoteGap));
+}
+
+void SwitchRow::paintSwitch(QPainter& painter, const QRectF& track) const {
+    const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
+    QColor fill = palette().color(isChecked() ? role::accent : role::switchOff);
+    if (isEnabled() && (isDown() || underMouse()))
+        fill = isDown() ? fill.darker(112) : fill.lighter(107);
+    if (hasFocus() && hasFocusRing_) {
+        painter.setPen(QPen(palette().color(role::accent), 2));
+        painter.setBrush(Qt::NoBrush);
+        const QRectF ring = track.adjusted(-3, -3, 3, 3);
+        painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);
+    }
+    painter.setOpacity(isEnabled() ? 1 : 0.5);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(fill);
+    painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
+    const qreal size = track.height() - 2 * knobInset;
+    const qreal x =
+        isChecked() != isRightToLeft ? track.right() - knobInset - size : track.left() + knobInset;
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(QRectF(x, track.top() + knobInset, size, size));
+    painter.setOpacity(1);
+}
+
+void SwitchRow::focusInEvent(QFocusEvent* event) {
+    hasFocusRing_ = bringsFocusRing(event->reason(), hasFocusRing_);
+    QCheckBox::focusInEvent(event);
+}
+
+void SwitchRow::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::ActiveWindowFocusReason)
+        hasFocusRing_ = false;
+    QCheckBox::focusOutEvent(event);
+}
+
+} // namespace wakeloft

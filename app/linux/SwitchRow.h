@@ -1,0 +1,40 @@
+#pragma once
+
+#include "PanelContent.h"
+
+#include <QCheckBox>
+
+#include <functional>
+
+namespace wakeloft {
+
+/// Draws a `PanelSwitch`: its title, the switch at the far end, and the footnote below. It shows the state
+/// that it was given and never one of its own: a click only hands the action on.
+class SwitchRow : public QCheckBox {
+  public:
+    using Perform = std::function<void(const PanelAction&)>;
+
+    SwitchRow(Perform perform, QWidget* parent);
+
+    void setContent(const PanelSwitch& content);
+    [[nodiscard]] int heightForWidth(int width) const override;
+    [[nodiscard]] bool hasFocusRing() const { return hasFocusRing_; }
+
+  protected:
+    void nextCheckState() override {}
+    [[nodiscard]] bool hitButton(const QPoint& point) const override;
+    void paintEvent(QPaintEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+  private:
+    [[nodiscard]] int titleHeight(int width) const;
+    void paintSwitch(QPainter& painter, const QRectF& track) const;
+
+    PanelSwitch content_;
+    QString title_;
+    QString footnote_;
+    bool hasFocusRing_ = false;
+};
+
+} // namespace wakeloft
