@@ -7,6 +7,7 @@
 #include "status/AwakeGlyph.h"
 
 #include <QDialog>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QVBoxLayout>
@@ -41,7 +42,8 @@ ActionButton* QuitAlert::button(ActionButton::Kind kind, const QuitAlertContent:
 }
 
 QuitAlert::QuitAlert(const QuitAlertContent& content) {
-    setWindowTitle(QString::fromStdString(content.title));
+    setWindowTitle(QGuiApplication::applicationDisplayName()); // as the bar of a desktop's questions says
+    setAccessibleName(QString::fromStdString(content.title));
     setLayoutDirection(content.isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint | Qt::WindowCloseButtonHint |
                    Qt::WindowStaysOnTopHint);
@@ -56,7 +58,7 @@ QuitAlert::QuitAlert(const QuitAlertContent& content) {
     auto* message = new TextLabel(scaledFont(fontScale::small), role::secondaryText, this);
     title->setText(QString::fromStdString(content.title));
     message->setText(QString::fromStdString(content.message));
-    rows->addWidget(glyph);
+    rows->addWidget(glyph, 0, Qt::AlignHCenter);
     rows->addSpacing(10);
     for (TextLabel* label : {title, message}) {
         label->setAlignment(Qt::AlignHCenter);
