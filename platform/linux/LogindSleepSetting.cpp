@@ -3,6 +3,7 @@
 #include "lease/LidSleepLease.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -82,12 +83,16 @@ std::expected<bool, PlatformError> LogindSleepSetting::readDisabled() {
         return holder->has_value();
     }
     if (isHeld()) {
+        if (isListed_ && isOtherEndHeld())
+            return true;
         const auto locks = lidLocks(deadline);
         if (!locks)
             return std::unexpected(locks.error());
         const auto own = static_cast<std::uint32_t>(getpid());
-        if (std::ranges::any_of(*locks, [own](const Lock& lock) { return lock.process == own; }))
+        if (std::ranges::any_of(*locks, [own](const Lock& lock) { return lock.process == own; })) {
+            isListed_ = propertiesWatch_ != nullptr;
             return true;
+        }
     }
     closeDescriptor();
     isOn_ = false;
@@ -108,6 +113,7 @@ std::expected<void, PlatformError> LogindSleepSetting::watch(std::function<void(
     if (!bus)
         return std::unexpected(bus.error());
     const auto tell = [this, changed = std::move(changed)] {
+        isListed_ = false; // until it is seen again
         if (isOn_)
             changed();
     };
@@ -268,7 +274,14 @@ std::expected<bool, PlatformError> LogindSleepSetting::isSuspendMasked(const Dea
     return std::string_view(state) == "masked" || std::string_view(state) == "masked-runtime";
 }
 
+// The login manager keeps the reading end exactly as long as the lock is on its list.
+bool LogindSleepSetting::isOtherEndHeld() const {
+    pollfd end{descriptor_, 0, 0};
+    return poll(&end, 1, 0) == 0; // otherwise the kernel tells of an error: nobody reads
+}
+
 void LogindSleepSetting::closeDescriptor() {
+    isListed_ = false;
     if (isHeld())
         close(std::exchange(descriptor_, -1));
 }

@@ -53,6 +53,7 @@ class LogindSleepSetting final : public SystemSleepSetting {
     std::expected<std::optional<std::string>, PlatformError> heldElsewhere(const Deadline& deadline);
     std::expected<std::vector<Lock>, PlatformError> lidLocks(const Deadline& deadline);
     std::expected<bool, PlatformError> isSuspendMasked(const Deadline& deadline);
+    [[nodiscard]] bool isOtherEndHeld() const;
     void closeDescriptor();
 
     BusConnection& systemBus_;
@@ -62,6 +63,7 @@ class LogindSleepSetting final : public SystemSleepSetting {
     std::optional<std::string> forbiddenFor_;
     bool isOn_ = false;          ///< what was written last, or adopted
     bool isReleaseOpen_ = false; ///< let go, but not yet seen to be gone
+    bool isListed_ = false;      ///< the lock was seen on the list, and no change was told since
     int descriptor_ = -1;
     BusSlot propertiesWatch_;
     BusSlot ownerWatch_;

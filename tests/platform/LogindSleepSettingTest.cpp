@@ -170,6 +170,31 @@ TEST_F(SleepSetting, ALostLockReadsAsOffAndIsGivenUp) {
     EXPECT_TRUE(setting.isHeld());
 }
 
+TEST_F(SleepSetting, AHeldLockIsLookedUpAgainOnlyAfterAChangeWasTold) {
+    startLoginManager();
+    int told = 0;
+    ASSERT_TRUE(setting.watch([&] { ++told; }));
+    ASSERT_TRUE(setting.writeDisabled(true));
+    ASSERT_TRUE(waitFor([&] { return told > 0; })); // of its own lock
+    const auto readsOfSilence = [&] {
+        loginManager->signal(SIGSTOP);
+        const auto read = setting.readDisabled();
+        loginManager->signal(SIGCONT);
+        return read;
+    };
+    EXPECT_FALSE(readsOfSilence()); // asked, and not answered
+    EXPECT_EQ(setting.readDisabled(), true);
+    EXPECT_EQ(readsOfSilence(), true);
+    told = 0;
+    const OtherHolder unrelated(bus, "shutdown", "Other");
+    ASSERT_TRUE(waitFor([&] { return told > 0; }));
+    EXPECT_FALSE(readsOfSilence());
+    EXPECT_EQ(setting.readDisabled(), true);
+    loginManager->signal(SIGKILL);
+    loginManager->wait(5000);
+    EXPECT_FALSE(setting.readDisabled()); // noticed before the bus has told anything
+}
+
 TEST_F(SleepSetting, ForbiddenItLetsGoAndReadsAsTurnedOff) {
     startLoginManager();
     int released = 0;
