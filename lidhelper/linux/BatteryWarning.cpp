@@ -1,9 +1,12 @@
 #include "BatteryWarning.h"
 
+#include "DeviceAttribute.h"
+
+#include <dirent.h>
+
 #include <cerrno>
 #include <charconv>
-#include <filesystem>
-#include <fstream>
+#include <memory>
 #include <system_error>
 #include <utility>
 
@@ -16,18 +19,15 @@ constexpr const char* path = "/org/freedesktop/UPower/devices/DisplayDevice";
 constexpr std::uint32_t criticalLevel = 4; // 5 is "acts now"
 constexpr int criticalPercentage = 5;
 
-std::string firstLine(const std::filesystem::path& file) {
-    std::ifstream stream(file);
-    std::string line;
-    std::getline(stream, line);
-    return line;
-}
+struct FolderCloser {
+    void operator()(DIR* folder) const { closedir(folder); }
+};
 
-bool isRunningOut(const std::filesystem::path& supply) {
-    if (firstLine(supply / "type") != "Battery" || firstLine(supply / "scope") == "Device" ||
-        firstLine(supply / "status") != "Discharging")
+bool isRunningOut(const std::string& supply) {
+    if (deviceAttribute(supply, "type") != "Battery" || deviceAttribute(supply, "scope") == "Device" ||
+        deviceAttribute(supply, "status") != "Discharging")
         return false;
-    const std::string text = firstLine(supply / "capacity");
+    const std::string text = deviceAttribute(supply, "capacity");
     int percentage = 0;
     const auto read = std::from_chars(text.data(), text.data() + text.size(), percentage);
     return read.ec == std::errc() && percentage <= criticalPercentage;
@@ -103,10 +103,10 @@ void BatteryWarning::answered(sd_bus_message* reply) {
 void BatteryWarning::look() {
     if (hasUPower_ || !isActive_)
         return;
-    std::error_code error;
+    const std::unique_ptr<DIR, FolderCloser> folder(opendir(supplies_.c_str()));
     bool isCritical = false;
-    for (const auto& supply : std::filesystem::directory_iterator(supplies_, error))
-        isCritical = isCritical || isRunningOut(supply.path());
+    while (const dirent* supply = folder != nullptr ? readdir(folder.get()) : nullptr)
+        isCritical = isCritical || isRunningOut(supplies_ + '/' + supply->d_name);
     judge(isCritical);
 }
 

@@ -2,7 +2,6 @@
 
 #include <cerrno>
 #include <chrono>
-#include <cmath>
 #include <string_view>
 #include <utility>
 
@@ -60,7 +59,8 @@ void ClosedLidSuspend::released() {
 
 void ClosedLidSuspend::finish(sd_event* event, Seconds seconds) const {
     using Clock = std::chrono::steady_clock;
-    const auto end = Clock::now() + std::chrono::microseconds(std::lround(seconds * 1e6));
+    const auto end =
+        Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<Seconds>(seconds));
     while (isUnderWay()) {
         const auto left = std::chrono::duration_cast<std::chrono::microseconds>(end - Clock::now()).count();
         if (left <= 0 || sd_event_run(event, static_cast<std::uint64_t>(left)) < 0)

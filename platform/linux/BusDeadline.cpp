@@ -1,12 +1,12 @@
 #include "BusDeadline.h"
 
 #include <cerrno>
-#include <cmath>
 
 namespace wakeloft {
 
 BusDeadline::BusDeadline(Seconds seconds)
-    : end_(Clock::now() + std::chrono::microseconds(std::lround(seconds * 1e6))) {}
+    : end_(Clock::now() +
+           std::chrono::duration_cast<Clock::duration>(std::chrono::duration<Seconds>(seconds))) {}
 
 std::expected<BusMessage, PlatformError> BusDeadline::call(sd_bus* bus, sd_bus_message* message,
                                                            std::string_view what) const {

@@ -1,23 +1,16 @@
 #include "KernelDevices.h"
 
+#include "DeviceAttribute.h"
+
 #include <algorithm>
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <string_view>
 #include <system_error>
 
 namespace wakeloft {
 
 namespace {
-
-/// A device's attribute, which is one line; empty where it cannot be read.
-std::string attribute(const std::filesystem::path& device, const char* name) {
-    std::ifstream stream(device / name);
-    std::string line;
-    std::getline(stream, line);
-    return line;
-}
 
 /// "HDMI-A-1" of "card0-HDMI-A-1"; nothing for what is no connector.
 std::optional<std::string> connectorName(const std::string& device) {
@@ -42,16 +35,16 @@ bool KernelDevices::isOnBattery() const {
     bool isCharging = false;
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(powerSupplies, error)) {
-        const auto& supply = entry.path();
-        if (attribute(supply, "scope") == "Device")
+        const auto& supply = entry.path().native();
+        if (deviceAttribute(supply, "scope") == "Device")
             continue;
-        const auto type = attribute(supply, "type");
+        const auto type = deviceAttribute(supply, "type");
         if (type == "Battery") {
-            const auto status = attribute(supply, "status");
+            const auto status = deviceAttribute(supply, "status");
             hasBattery = true;
             isDischarging = isDischarging || status == "Discharging";
             isCharging = isCharging || status == "Charging";
-        } else if (attribute(supply, "online") == "1") {
+        } else if (deviceAttribute(supply, "online") == "1") {
             return false;
         } else if (type == "Mains") {
             isMainsOff = true;
@@ -66,13 +59,13 @@ std::optional<bool> KernelDevices::hasExternalDisplay() const {
     std::error_code error;
     for (const auto& entry : std::filesystem::directory_iterator(displays, error)) {
         const auto name = connectorName(entry.path().filename().string());
-        const auto status = name ? attribute(entry.path(), "status") : "";
+        const auto status = name ? deviceAttribute(entry.path().native(), "status") : "";
         if (status.empty())
             continue;
         hasConnector = true;
         // Some connectors cannot tell whether something is plugged in.
         if (!isNoExternalDisplay(*name) && status != "disconnected" &&
-            attribute(entry.path(), "enabled") == "enabled")
+            deviceAttribute(entry.path().native(), "enabled") == "enabled")
             return true;
     }
     return hasConnector ? std::optional(false) : std::nullopt;
