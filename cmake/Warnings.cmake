@@ -5,7 +5,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   # GCC 12 finds overlapping copies in `"text" + std::string` where there are none (its bug 105651).
   target_compile_options(wakeloft-options INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-restrict>)
 endif()
-target_link_options(wakeloft-options INTERFACE -Wl,--as-needed -Wl,-z,relro -Wl,-z,now)
+target_link_options(wakeloft-options INTERFACE -Wl,--as-needed -Wl,-z,relro -Wl,-z,now
+                                               $<$<CONFIG:Release>:-Wl,--gc-sections>)
+# Nothing here computes for long, but all of it stays in memory for days.
+target_compile_options(wakeloft-options INTERFACE $<$<CONFIG:Release>:-Os> $<$<CONFIG:Release>:-ffunction-sections>
+                                                  $<$<CONFIG:Release>:-fdata-sections>)
 if(WAKELOFT_SANITIZE)
   target_compile_options(wakeloft-options INTERFACE -fsanitize=${WAKELOFT_SANITIZE} -fno-sanitize-recover=all
                                                     -fno-omit-frame-pointer)
