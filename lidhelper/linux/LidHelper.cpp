@@ -55,9 +55,6 @@ std::expected<void, PlatformError> LidHelper::start() {
         isBusLost_ = true;
         end();
     });
-    // A login manager that is not there now is no reason to end: every renewal asks it again.
-    if (const auto isOnElsewhere = setting_.readDisabled(); !isOnElsewhere)
-        logError(isOnElsewhere.error());
     // The bus tells these from inside its own work; they are looked into, with calls, in a later turn.
     if (auto watched =
             setting_.watch([this] { loop_.perform(lifetime_.guard([this] { helper_.checkStanding(); })); });
