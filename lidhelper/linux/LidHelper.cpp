@@ -104,15 +104,15 @@ int LidHelper::run() {
 void LidHelper::settled() {
     if (clients_ == nullptr)
         return;
-    const auto holders = service_.holders();
+    const auto& terms = service_.terms();
     const bool isHeld = setting_.isHeld();
-    const bool wantsSuspend = clients_->wantsSuspend(holders);
-    if (!holders.empty())
+    const bool wantsSuspend = clients_->wantsSuspend(terms);
+    if (!terms.empty())
         suspend_->setWanted(wantsSuspend);
     watchOver(isHeld);
     if (const auto marked = crashMark_.set(isHeld && wantsSuspend); !marked)
         logError(marked.error());
-    battery_->setActive(!holders.empty() || battery_->isCritical(), logError);
+    battery_->setActive(!terms.empty() || battery_->isCritical(), logError);
     battery_->look();
 }
 

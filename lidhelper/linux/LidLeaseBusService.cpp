@@ -57,10 +57,10 @@ std::expected<void, PlatformError> LidLeaseBusService::publish() {
     return {};
 }
 
-bool LidLeaseBusService::wantsSuspend(const std::set<LidClient>& clients) const {
+bool LidLeaseBusService::wantsSuspend(const std::map<LidClient, LidLeaseTerm>& terms) const {
     return std::ranges::any_of(clients_, [&](const auto& entry) {
         const Client& client = entry.second;
-        return client.wantsSuspend && clients.contains(client.connection->client());
+        return client.wantsSuspend && terms.contains(client.connection->client());
     });
 }
 

@@ -7,7 +7,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -40,8 +39,8 @@ class LidLeaseBusService {
     /// Puts the object on the bus and takes the name: calls come in from then on.
     std::expected<void, PlatformError> publish();
 
-    /// Does one of `clients` want the computer to sleep when the lease ends with the lid shut?
-    [[nodiscard]] bool wantsSuspend(const std::set<LidClient>& clients) const;
+    /// Does one of the holders want the computer to sleep when the lease ends with the lid shut?
+    [[nodiscard]] bool wantsSuspend(const std::map<LidClient, LidLeaseTerm>& terms) const;
 
   private:
     /// One call that waits for its answer.
