@@ -54,7 +54,7 @@ void measureActionToHold(Table& table, const MeasuredPrograms& programs) {
     const BusPointer plain = connectToSystemBus();
     BlockSignal signal;
     const auto requireHolder = [&](pid_t process) {
-        if (!blocksIdle(plain.get(), process))
+        if (!blocks(plain.get(), "idle", process))
             fail("The login manager told of a change before there was a hold.");
     };
     Samples figure;

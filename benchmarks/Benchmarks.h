@@ -2,6 +2,7 @@
 
 #include "Table.h"
 
+#include <functional>
 #include <string>
 
 namespace wakeloft {
@@ -10,7 +11,12 @@ namespace wakeloft {
 struct MeasuredPrograms {
     std::string wakeloft;
     std::string bareTray;
+    std::string lidHelper;
+    std::string bareService;
 };
+
+/// Measures both, and by turns first, so that what disturbs the machine disturbs both.
+void byTurns(int round, const std::function<void()>& figure, const std::function<void()>& floor);
 
 /// From the call that a click makes to the inhibitor held, over the bus call that this needs at least. In
 /// this process.
@@ -22,7 +28,13 @@ void measureActionToHold(Table& table, const MeasuredPrograms& programs);
 void measureWakeUps(Table& table, const MeasuredPrograms& programs);
 /// Memory of the program at rest, its panel never opened.
 void measureMemory(Table& table, const MeasuredPrograms& programs);
+/// Memory of the helper at rest, after its first lease.
+void measureHelperMemory(Table& table, const MeasuredPrograms& programs);
+/// A lease that is held and renewed, over a ping to the same helper, with 1, 8 and 64 clients.
+void measureRenewals(Table& table, const MeasuredPrograms& programs);
 /// From the start to the moment a tray has read the icon.
 void measureStartToTray(Table& table, const MeasuredPrograms& programs);
+/// From the helper's start to the ownership of its name on the bus.
+void measureStartToName(Table& table, const MeasuredPrograms& programs);
 
 } // namespace wakeloft

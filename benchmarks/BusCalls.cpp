@@ -6,7 +6,6 @@
 
 #include <cstring>
 #include <functional>
-#include <string_view>
 #include <thread>
 
 namespace wakeloft {
@@ -17,11 +16,6 @@ constexpr const char* loginManager = "org.freedesktop.login1";
 constexpr const char* loginManagerPath = "/org/freedesktop/login1";
 constexpr const char* loginManagerInterface = "org.freedesktop.login1.Manager";
 constexpr auto patience = std::chrono::seconds(5);
-
-void check(const char* what, int result, const sd_bus_error* error = nullptr) {
-    if (result < 0)
-        fail(busFailure(what, error, result).description);
-}
 
 std::string addressIn(const char* variable) {
     const char* address = std::getenv(variable);
@@ -70,6 +64,11 @@ bool hasTrayItem(sd_bus* bus, pid_t process) {
 }
 
 } // namespace
+
+void check(const char* what, int result, const sd_bus_error* error) {
+    if (result < 0)
+        fail(busFailure(what, error, result).description);
+}
 
 BusPointer connectTo(const std::string& address) {
     sd_bus* made = nullptr;
@@ -152,10 +151,10 @@ BusMessage inhibitIdle(sd_bus* systemBus) {
     return owned;
 }
 
-bool blocksIdle(sd_bus* systemBus, pid_t process) {
+bool blocks(sd_bus* systemBus, std::string_view what, pid_t process) {
     bool isListed = false;
-    listInhibitors(systemBus, [&](std::string_view what, pid_t holder) {
-        return isListed = isListed || (what == "idle" && holder == process);
+    listInhibitors(systemBus, [&](std::string_view listed, pid_t holder) {
+        return isListed = isListed || (listed == what && holder == process);
     });
     return isListed;
 }

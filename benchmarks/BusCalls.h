@@ -5,8 +5,12 @@
 #include <sys/types.h>
 
 #include <string>
+#include <string_view>
 
 namespace wakeloft {
+
+/// Ends all measuring when a call to the bus failed.
+void check(const char* what, int result, const sd_bus_error* error = nullptr);
 
 /// A connection of its own to the bus at `address`, greeted already.
 BusPointer connectTo(const std::string& address);
@@ -27,8 +31,8 @@ void waitForTrayItem(sd_bus* bus, pid_t process);
 
 /// One plain call to the login manager; the answer holds the descriptor.
 BusMessage inhibitIdle(sd_bus* systemBus);
-/// Does the login manager list an idle block of this process?
-bool blocksIdle(sd_bus* systemBus, pid_t process);
+/// Does the login manager list a block of exactly `what` by this process?
+bool blocks(sd_bus* systemBus, std::string_view what, pid_t process);
 /// Returns when nobody blocks anything.
 void waitForNoInhibitor(sd_bus* systemBus);
 

@@ -56,7 +56,7 @@ double click(Session& session, bool withTimer, sd_bus* systemBus) {
     else
         session.controller.toggle();
     const double duration = microsecondsSince(start);
-    if (!session.controller.isOn() || !blocksIdle(systemBus, getpid()))
+    if (!session.controller.isOn() || !blocks(systemBus, "idle", getpid()))
         fail("A click did not start a session.");
     return duration;
 }
@@ -78,8 +78,7 @@ void measureClickToHold(Table& table) {
     const auto settings = makeFolder() / "settings.json";
 
     // Timed by hand, call by call: a benchmark library would run one after the other, and the machine changes
-    // meanwhile. Both begin with everything at rest and by turns come first, so that what disturbs the
-    // machine disturbs both.
+    // meanwhile. Both begin with everything at rest.
     Samples floor;
     const auto measureFloor = [&] {
         settle(loop->event());
@@ -93,11 +92,7 @@ void measureClickToHold(Table& table) {
         session.controller.turnOff();
     };
     const auto measureBoth = [&](Session& session, int round, Samples& figure) {
-        if (round % 2 == 0)
-            measureFloor();
-        measureFigure(session, round, figure);
-        if (round % 2 != 0)
-            measureFloor();
+        byTurns(round, [&] { measureFigure(session, round, figure); }, measureFloor);
     };
 
     Samples first;

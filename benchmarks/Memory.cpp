@@ -1,7 +1,9 @@
 #include "Benchmarks.h"
 #include "BusCalls.h"
 #include "Fail.h"
-#include "Program.h"
+#include "RunningHelper.h"
+
+#include <unistd.h>
 
 #include <fstream>
 #include <map>
@@ -11,7 +13,7 @@ namespace wakeloft {
 
 namespace {
 
-constexpr double mostRatio = 1.15;
+constexpr int rounds = 5;
 constexpr auto settling = std::chrono::seconds(3);
 
 /// The kernel's account of a process, in kB.
@@ -30,17 +32,15 @@ std::map<std::string, double> readMemory(pid_t process) {
 }
 
 struct Memory {
-    Samples resident, proportional, own, ownDirty;
+    Samples resident, proportional, withoutOwnFile, own, ownDirty;
 
-    void add(const std::string& program, sd_bus* desktop) {
-        const Program running({program});
-        waitForTrayItem(desktop, running.id());
-        std::this_thread::sleep_for(settling);
-        running.requireRunning();
-        const auto memory = readMemory(running.id());
+    void add(const Program& program) {
+        program.requireRunning();
+        const auto memory = readMemory(program.id());
         constexpr double megabyte = 1024;
         resident.add(memory.at("Rss") / megabyte);
         proportional.add(memory.at("Pss") / megabyte);
+        withoutOwnFile.add((memory.at("Pss") - memory.at("Private_Clean")) / megabyte);
         own.add((memory.at("Private_Clean") + memory.at("Private_Dirty")) / megabyte);
         ownDirty.add(memory.at("Private_Dirty") / megabyte);
     }
@@ -49,18 +49,48 @@ struct Memory {
 } // namespace
 
 void measureMemory(Table& table, const MeasuredPrograms& programs) {
-    constexpr int rounds = 5;
+    constexpr double mostRatio = 1.15;
     const BusPointer desktop = connectToDesktopBus();
+    const auto measure = [&](const std::string& program, Memory& memory) {
+        const Program running({program});
+        waitForTrayItem(desktop.get(), running.id());
+        std::this_thread::sleep_for(settling);
+        memory.add(running);
+    };
     Memory figure;
     Memory floor;
     for (int round = 0; round < rounds; ++round) {
-        floor.add(programs.bareTray, desktop.get());
-        figure.add(programs.wakeloft, desktop.get());
+        measure(programs.bareTray, floor);
+        measure(programs.wakeloft, figure);
     }
     table.limitRatio("memory, resident (RSS)", "MiB", figure.resident, floor.resident, mostRatio);
     table.limitRatio("memory, proportional (PSS)", "MiB", figure.proportional, floor.proportional, mostRatio);
     table.limitRatio("memory, private", "MiB", figure.own, floor.own, mostRatio);
     table.limitRatio("memory, private and dirty", "MiB", figure.ownDirty, floor.ownDirty, mostRatio);
+}
+
+void measureHelperMemory(Table& table, const MeasuredPrograms& programs) {
+    constexpr double mostRatio = 1.3;
+    constexpr double mostRatioWithOwnFile = 2;
+    Memory figure;
+    Memory floor;
+    for (int round = 0; round < rounds; ++round) {
+        const RunningHelper running(programs);
+        {
+            const LeaseClient client(geteuid());
+            client.renew(); // both have had work
+            client.revoke();
+        }
+        std::this_thread::sleep_for(settling);
+        floor.add(running.bareService());
+        figure.add(running.helper());
+    }
+    table.limitRatio("helper's memory, resident (RSS)", "MiB", figure.resident, floor.resident, mostRatio);
+    table.limitRatio("... proportional (PSS)", "MiB", figure.proportional, floor.proportional,
+                     mostRatioWithOwnFile);
+    table.limitRatio("... PSS without its own file", "MiB", figure.withoutOwnFile, floor.withoutOwnFile,
+                     mostRatio);
+    table.limitRatio("... private and dirty", "MiB", figure.ownDirty, floor.ownDirty, mostRatio);
 }
 
 } // namespace wakeloft

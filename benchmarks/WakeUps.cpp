@@ -2,7 +2,10 @@
 #include "BusCalls.h"
 #include "Fail.h"
 #include "Program.h"
+#include "RunningHelper.h"
 #include "TrayWatcher.h"
+
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
@@ -16,9 +19,9 @@ namespace {
 using std::chrono::seconds;
 using SwitchesOfThreads = std::map<std::string, long>;
 
-constexpr auto settling = seconds(40); // Qt's pool threads end after 30
 constexpr auto minute = seconds(60);
 constexpr auto controlTime = seconds(10);
+constexpr auto aWhile = seconds(1);
 
 SwitchesOfThreads readSwitches(const Program& program) {
     program.requireRunning();
@@ -47,10 +50,43 @@ long switchesBetween(const SwitchesOfThreads& before, const SwitchesOfThreads& a
     return sum;
 }
 
-double switchesIn(const Program& program, seconds time) {
-    const auto before = readSwitches(program);
-    std::this_thread::sleep_for(time);
-    return static_cast<double>(switchesBetween(before, readSwitches(program)));
+/// Counts a program's switches from now on.
+class SwitchCount {
+  public:
+    explicit SwitchCount(const Program& program) : program_(program), before_(readSwitches(program)) {}
+
+    [[nodiscard]] double soFar() const {
+        return static_cast<double>(switchesBetween(before_, readSwitches(program_)));
+    }
+
+  private:
+    const Program& program_;
+    SwitchesOfThreads before_;
+};
+
+constexpr int renewals = 6;
+
+struct Switches {
+    double helper;
+    double bareService;
+};
+
+/// For a minute a client renews its lease as the app does, and calls the bare service as often.
+Switches switchesWithLease(const RunningHelper& running) {
+    constexpr auto interval = minute / renewals;
+    const LeaseClient client(geteuid());
+    client.renew();
+    std::this_thread::sleep_for(aWhile); // the login manager tells of the lock
+    const SwitchCount helper(running.helper());
+    const SwitchCount bareService(running.bareService());
+    for (int number = 0; number < renewals; ++number) {
+        client.renew();
+        client.pingBareService();
+        std::this_thread::sleep_for(interval);
+    }
+    const Switches switches{helper.soFar(), bareService.soFar()};
+    client.revoke();
+    return switches;
 }
 
 } // namespace
@@ -66,6 +102,7 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
     TrayWatcher tray(sessionBus.address());
     const Program inSession({programs.wakeloft}, sessionBus.environment());
     tray.waitForItem();
+    const RunningHelper running(programs);
 
     const BusPointer bus = connectTo(sessionBus.address());
     const BusPointer systemBus = connectToSystemBus();
@@ -73,28 +110,38 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
     pressTrayItem(bus.get());
     std::this_thread::sleep_for(seconds(3)); // the countdown ticks
     pressTrayItem(bus.get());
-    std::this_thread::sleep_for(settling);
+    const auto withLease = switchesWithLease(running); // meanwhile Qt's pool threads end, after 30 s
+    std::this_thread::sleep_for(aWhile);
 
-    const auto bareBefore = readSwitches(bare);
-    const auto atRestBefore = readSwitches(atRest);
-    const auto inSessionBefore = readSwitches(inSession);
+    const SwitchCount bareCount(bare);
+    const SwitchCount atRestCount(atRest);
+    const SwitchCount inSessionCount(inSession);
+    const SwitchCount helperCount(running.helper());
+    const SwitchCount bareServiceCount(running.bareService());
     std::this_thread::sleep_for(minute);
-    const auto bareSwitches = static_cast<double>(switchesBetween(bareBefore, readSwitches(bare)));
-    const auto atRestSwitches = static_cast<double>(switchesBetween(atRestBefore, readSwitches(atRest)));
-    const auto inSessionSwitches =
-        static_cast<double>(switchesBetween(inSessionBefore, readSwitches(inSession)));
-    if (!blocksIdle(systemBus.get(), inSession.id()))
+    const double bareSwitches = bareCount.soFar();
+    const double atRestSwitches = atRestCount.soFar();
+    const double inSessionSwitches = inSessionCount.soFar();
+    const double helperSwitches = helperCount.soFar();
+    const double bareServiceSwitches = bareServiceCount.soFar();
+    if (!blocks(systemBus.get(), "idle", inSession.id()))
         fail("The session ended while it was measured.");
-    if (blocksIdle(systemBus.get(), atRest.id()))
+    if (blocks(systemBus.get(), "idle", atRest.id()))
         fail("The program at rest is in a session.");
     pressTrayItem(bus.get());
-    std::this_thread::sleep_for(seconds(1));
-    const double openSwitches = switchesIn(inSession, controlTime);
+    std::this_thread::sleep_for(aWhile);
+    const SwitchCount openCount(inSession);
+    std::this_thread::sleep_for(controlTime);
+    const double openSwitches = openCount.soFar();
 
     table.limit("context switches, 60 s at rest", "", atRestSwitches, bareSwitches, 0);
     table.limit("... 60 s in a session, panel closed", "", inSessionSwitches, bareSwitches, 0);
     table.require("... a second, panel open (control)", "/s",
                   openSwitches / static_cast<double>(controlTime.count()), 1);
+    table.limit("helper, 60 s at rest", "", helperSwitches, bareServiceSwitches, 0);
+    table.limit("... 60 s, lease renewed 6 times", "", withLease.helper, withLease.bareService,
+                withLease.bareService + renewals); // at most one more for each
+    table.require("... a renewal (control)", "", withLease.helper / renewals, 1);
 }
 
 } // namespace wakeloft
