@@ -74,7 +74,9 @@ TEST_F(Session, TheTrayMenuDoesWhatItsLinesSay) {
     EXPECT_FALSE(app.chooseTrayMenuLine(turnOff)); // a late click on a line that is gone
     EXPECT_TRUE(app.chooseTrayMenuLine(turnOn));
     expectTrayTitle("Wakeloft: on");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Quit Wakeloft")));
+    EXPECT_TRUE(app.chooseTrayMenuLine(turnOff));
+    expectTrayTitle("Wakeloft: off");
+    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Quit Wakeloft"))); // nothing to ask
     EXPECT_EQ(app.process().wait(patienceMs), 0);
     EXPECT_EQ(loginManager.count(), 0);
 }
