@@ -3,6 +3,7 @@
 #include <charconv>
 #include <cmath>
 #include <fstream>
+#include <locale>
 #include <sstream>
 #include <string_view>
 
@@ -24,12 +25,12 @@ std::optional<Date> RigLeaseFile::decode(std::string text) {
     if (first == std::string::npos)
         return std::nullopt;
     text = text.substr(first, text.find_last_not_of(blanks) - first + 1);
-    std::string_view digits = text;
-    if (digits.starts_with('+') && !digits.starts_with("+-"))
-        digits.remove_prefix(1);
+    // Not by std::from_chars: the C++ library of macOS 14 has none for a double.
+    std::istringstream number(text);
+    number.imbue(std::locale::classic());
     double seconds = 0;
-    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), seconds);
-    if (error != std::errc() || end != digits.data() + digits.size() || !std::isfinite(seconds))
+    const bool isWhole = (number >> seconds) && number.peek() == std::istringstream::traits_type::eof();
+    if (!isWhole || !std::isfinite(seconds))
         return std::nullopt;
     return Date{seconds};
 }
