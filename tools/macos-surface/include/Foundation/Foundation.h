@@ -1,0 +1,9 @@
+#pragma once
+#include <CoreFoundation/CoreFoundation.h>
+#include <dispatch/dispatch.h>
+#include <objc/NSObject.h>
+#include <Foundation/NSCollections.h>
+#include <Foundation/NSFormatting.h>
+#include <Foundation/NSSystem.h>
+#include <Foundation/NSValues.h>
+#include <Foundation/NSXPCConnection.h>

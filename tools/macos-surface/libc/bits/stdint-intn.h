@@ -1,0 +1,6 @@
+// On a Mac the 64-bit types are `long long`.
+#pragma once
+typedef __INT8_TYPE__ int8_t;
+typedef __INT16_TYPE__ int16_t;
+typedef __INT32_TYPE__ int32_t;
+typedef __INT64_TYPE__ int64_t;
