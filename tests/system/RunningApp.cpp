@@ -84,10 +84,11 @@ bool LoginManager::isReal() {
     return kind != nullptr && std::string(kind) == "real";
 }
 
-RunningApp::RunningApp()
+RunningApp::RunningApp(Place place)
     : loop_(std::move(SdEventMainRunLoop::create().value())),
-      bus_(std::make_unique<PrivateBus>()),
-      connection_(bus_->connect(loop_->event())) {
+      place_(place),
+      bus_(place == Place::alone ? std::make_unique<PrivateBus>() : nullptr),
+      connection_(bus_ ? bus_->connect(loop_->event()) : std::move(openSessionBus(loop_->event()).value())) {
     std::string name = (std::filesystem::temp_directory_path() / "wakeloft-home.XXXXXX").string();
     home_ = mkdtemp(name.data());
 }
@@ -100,11 +101,10 @@ RunningApp::~RunningApp() {
 
 std::vector<std::string> RunningApp::environment(const std::vector<std::string>& more) const {
     std::vector<std::string> all = {"HOME=" + home_.string(),
-                                    "XDG_CONFIG_HOME=" + (home_ / "config").string(),
-                                    "XDG_RUNTIME_DIR=" + home_.string(),
-                                    "DBUS_SESSION_BUS_ADDRESS=" + bus_->address(),
-                                    "QT_QPA_PLATFORM=offscreen",
-                                    "LC_ALL=C.UTF-8"};
+                                    "XDG_CONFIG_HOME=" + (home_ / "config").string(), "LC_ALL=C.UTF-8"};
+    if (place_ == Place::alone)
+        all.insert(all.end(), {"XDG_RUNTIME_DIR=" + home_.string(),
+                               "DBUS_SESSION_BUS_ADDRESS=" + bus_->address(), "QT_QPA_PLATFORM=offscreen"});
     all.insert(all.end(), more.begin(), more.end());
     return all;
 }

@@ -43,7 +43,10 @@ class LoginManager {
 /// A person's home, session bus and settings, and the real program in it.
 class RunningApp {
   public:
-    RunningApp();
+    /// On a session bus of its own and without a screen, or on the desktop that the tests were given.
+    enum class Place { alone, desktop };
+
+    explicit RunningApp(Place place = Place::alone);
     RunningApp(const RunningApp&) = delete;
     RunningApp& operator=(const RunningApp&) = delete;
     ~RunningApp();
@@ -81,6 +84,7 @@ class RunningApp {
     [[nodiscard]] std::vector<std::string> environment(const std::vector<std::string>& more) const;
 
     std::unique_ptr<SdEventMainRunLoop> loop_;
+    Place place_;
     std::unique_ptr<PrivateBus> bus_;
     BusPointer connection_;
     std::filesystem::path home_;
