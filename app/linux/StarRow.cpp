@@ -26,8 +26,14 @@ constexpr int radius = 6;
 StarRow::StarRow(Toggle toggle, QWidget* parent) : QCheckBox(parent) {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
-    connect(this, &QCheckBox::clicked, this,
-            [this, toggle = std::move(toggle)] { toggle(content_.duration); });
+    const auto pressed = [this, toggle = std::move(toggle)] { toggle(content_.duration); };
+    connect(this, &QCheckBox::clicked, this, pressed);
+    connect(this, &QCheckBox::toggled, this, [this, pressed](bool isChecked) {
+        if (isChecked == content_.isStarred)
+            return;
+        setChecked(content_.isStarred); // a screen reader turns it without a click
+        pressed();
+    });
 }
 
 void StarRow::setContent(const PresetRow& content) {

@@ -31,9 +31,16 @@ int textWidth(int width) {
 SwitchRow::SwitchRow(Perform perform, QWidget* parent) : QCheckBox(parent) {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
-    connect(this, &QCheckBox::clicked, this, [this, perform = std::move(perform)] {
+    const auto pressed = [this, perform = std::move(perform)] {
         const PanelAction action = content_.action; // performing may change this row
         perform(action);
+    };
+    connect(this, &QCheckBox::clicked, this, pressed);
+    connect(this, &QCheckBox::toggled, this, [this, pressed](bool isChecked) {
+        if (isChecked == content_.isOn)
+            return;
+        setChecked(content_.isOn); // a screen reader turns it without a click
+        pressed();
     });
 }
 
