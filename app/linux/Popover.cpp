@@ -3,6 +3,7 @@
 #include "PanelFrame.h"
 #include "X11Desktop.h"
 
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScreen>
 #include <QWindow>
@@ -55,6 +56,12 @@ void Popover::open() {
         declareShadow(*windowHandle(), panelFrame::margins);
     show();
     content_->setFocus(Qt::PopupFocusReason);
+}
+
+void Popover::mousePressEvent(QMouseEvent* event) {
+    QWidget::mousePressEvent(event);
+    if (!content_->geometry().contains(event->position().toPoint()))
+        close(); // the shadow is not part of it
 }
 
 void Popover::paintEvent(QPaintEvent*) {

@@ -19,6 +19,7 @@ class Popover : public QWidget {
     void open();
 
   protected:
+    void mousePressEvent(QMouseEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void hideEvent(QHideEvent* event) override;
 
