@@ -2,8 +2,7 @@
 
 #include "Theme.h"
 
-#include <QFocusEvent>
-
+#include <algorithm>
 #include <utility>
 
 namespace wakeloft {
@@ -24,9 +23,7 @@ PresetChooser::PresetChooser(StarRow::Toggle toggle, QWidget* parent)
     : QWidget(parent),
       toggle_(std::move(toggle)),
       title_(new TextLabel(scaledFont(fontScale::body, QFont::DemiBold), role::text, this)),
-      hint_(new TextLabel(scaledFont(fontScale::footnote), role::secondaryText, this)) {
-    setFocusPolicy(Qt::NoFocus);
-}
+      hint_(new TextLabel(scaledFont(fontScale::footnote), role::secondaryText, this)) {}
 
 void PresetChooser::setContent(const SettingsPopupContent& content) {
     title_->setText(QString::fromStdString(content.title));
@@ -39,6 +36,8 @@ void PresetChooser::setContent(const SettingsPopupContent& content) {
             rows_[i]->setContent(content.rows[i]);
         rows_[i]->setVisible(i < content.rows.size());
     }
+    const auto first = std::ranges::find_if(rows_, [](const StarRow* row) { return row->isEnabled(); });
+    setFocusProxy(first == rows_.end() ? nullptr : *first);
     layOut(width(), true);
 }
 
@@ -69,11 +68,6 @@ int PresetChooser::heightForWidth(int width) const {
 
 void PresetChooser::resizeEvent(QResizeEvent*) {
     layOut(width(), true);
-}
-
-void PresetChooser::focusInEvent(QFocusEvent* event) {
-    if (!rows_.empty())
-        rows_.front()->setFocus(event->reason());
 }
 
 } // namespace wakeloft

@@ -17,7 +17,6 @@ class PresetChooser : public QWidget {
 
   protected:
     void resizeEvent(QResizeEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
 
   private:
     /// Places everything where `isPlacing`; the height that it takes.
