@@ -45,7 +45,9 @@ PanelBody::PanelBody(ActionButton::Perform perform, QWidget* parent)
       loginNotices_(new NoticeList(perform_, this)),
       settingsDivider_(new Divider(this)),
       settings_(new SettingsButton(this)),
-      settingsNotices_(new NoticeList(perform_, this)) {}
+      settingsNotices_(new NoticeList(perform_, this)) {
+    settingsNotices_->hide(); // until there is trouble
+}
 
 void PanelBody::setContent(const PanelContent& content) {
     const QWidget* focused = focusWidget();
