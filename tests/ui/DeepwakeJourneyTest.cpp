@@ -1,4 +1,9 @@
+#include "support/ChildProcess.h"
 #include "ui/PanelJourney.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
 
 namespace wakeloft {
 namespace {
@@ -7,6 +12,7 @@ struct DeepwakeJourney : PanelJourney {
     void TearDown() override {
         Laptop::setLid(false);
         laptop.settle();
+        Laptop::order({"polkit", "yes"});
         PanelJourney::TearDown();
     }
 };
@@ -43,6 +49,66 @@ TEST_F(DeepwakeJourney, TheHeatWarningComesFirstThenTheLidMayBeShut) {
     EXPECT_TRUE(is("Deepwake", AccessibleTree::checked, false));
     EXPECT_EQ(laptop.locks(), 0);
     EXPECT_TRUE(sessionsAre(1)); // which was there to be joined
+}
+
+/// While it lives the lid helper is not installed.
+class HelperUninstalled {
+  public:
+    explicit HelperUninstalled(Laptop& laptop) : laptop_(laptop) {
+        std::filesystem::rename(service_, aside_);
+        reload();
+        if (laptop_.helper() != 0)
+            laptop_.signalHelper(SIGTERM);
+        EXPECT_TRUE(comesTrue([&] { return laptop_.helper() == 0; }));
+    }
+    HelperUninstalled(const HelperUninstalled&) = delete;
+    HelperUninstalled& operator=(const HelperUninstalled&) = delete;
+    ~HelperUninstalled() {
+        std::filesystem::rename(aside_, service_);
+        reload();
+    }
+
+  private:
+    static void reload() {
+        EXPECT_EQ(ChildProcess({"busctl", "call", "org.freedesktop.DBus", "/org/freedesktop/DBus",
+                                "org.freedesktop.DBus", "ReloadConfig"})
+                      .wait(5000),
+                  0);
+    }
+
+    Laptop& laptop_;
+    std::filesystem::path service_ = Laptop::file("services/com.wakeloft.app.lidhelper.service");
+    std::filesystem::path aside_ = Laptop::file("uninstalled");
+};
+
+TEST_F(DeepwakeJourney, WhatForbidsItIsSaidAndTheSwitchStaysOff) {
+    const char* unavailable = "Deepwake can't start because its helper is unavailable.";
+    const char* notAllowed = "Deepwake works only for the person at this computer: its access rules don't "
+                             "allow this session to use it.";
+    app.putSettings("\"com.wakeloft.acknowledgedHeatWarning\": true");
+    startApp();
+    openPanel();
+    const auto isRefused = [&](const char* sentence) {
+        click("Deepwake");
+        EXPECT_TRUE(shows(sentence));
+        click("Deepwake"); // the same again
+        EXPECT_TRUE(is("Deepwake", AccessibleTree::checked, false));
+        EXPECT_TRUE(shows(sentence));
+        EXPECT_EQ(laptop.locks(), 0);
+        EXPECT_TRUE(sessionsAre(0));
+    };
+    {
+        const HelperUninstalled uninstalled(laptop);
+        isRefused(unavailable);
+    }
+    Laptop::order({"polkit", "no"});
+    isRefused(notAllowed);
+    EXPECT_TRUE(isGone(unavailable));
+    Laptop::order({"polkit", "yes"});
+    click("Deepwake");
+    EXPECT_TRUE(laptop.waitForLocks(1));
+    EXPECT_TRUE(isGone(notAllowed));
+    EXPECT_TRUE(is("Deepwake", AccessibleTree::checked));
 }
 
 } // namespace

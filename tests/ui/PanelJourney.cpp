@@ -66,6 +66,17 @@ bool PanelJourney::shows(const std::string& name) {
     return comesTrue([&] { return tree.find(name).has_value(); });
 }
 
+std::string PanelJourney::textThatBegins(const std::string& beginning) {
+    std::string text;
+    comesTrue([&] {
+        for (const auto& element : tree.elements())
+            if (element.name.starts_with(beginning))
+                text = element.name;
+        return !text.empty();
+    });
+    return text;
+}
+
 bool PanelJourney::isGone(const std::string& name) {
     return comesTrue([&] { return !tree.find(name); });
 }

@@ -34,6 +34,8 @@ class PanelJourney : public testing::Test {
 
     /// Waits for the element; false when it does not come.
     [[nodiscard]] bool shows(const std::string& name);
+    /// Waits for a text that begins so: all of it, or nothing.
+    [[nodiscard]] std::string textThatBegins(const std::string& beginning);
     [[nodiscard]] bool isGone(const std::string& name);
     /// The element is in this state, or soon will be.
     [[nodiscard]] bool is(const std::string& name, AccessibleTree::State state, bool isSet = true);

@@ -73,5 +73,26 @@ TEST_F(SessionJourney, APresetStartsATimedSessionWhoseTimeRunsDown) {
     EXPECT_TRUE(tells("off"));
 }
 
+TEST_F(SessionJourney, WhatCouldNotBeRestoredIsSaidAndCanBeGivenUp) {
+    const char* giveUp = "Don't retry when Wakeloft opens";
+    LoginManager::control("stop");
+    app.putSettings("\"com.wakeloft.isAwakeRequested\": true");
+    startApp();
+    openPanel();
+    EXPECT_TRUE(tells("off"));
+    EXPECT_TRUE(shows("Turn On"));
+    const auto failure = textThatBegins("Nothing on this computer lets Wakeloft hold off sleep.");
+    EXPECT_NE(failure, "");
+    EXPECT_TRUE(shows(giveUp));
+    press(giveUp);
+    EXPECT_TRUE(isGone(giveUp));
+    EXPECT_TRUE(isGone(failure));
+    EXPECT_TRUE(comesTrue([&] { return app.settingsText().find("isAwakeRequested") == std::string::npos; }));
+    LoginManager::control("start");
+    click("Turn On");
+    EXPECT_TRUE(tells("on"));
+    EXPECT_TRUE(sessionsAre(1));
+}
+
 } // namespace
 } // namespace wakeloft
