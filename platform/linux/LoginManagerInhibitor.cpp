@@ -1,10 +1,12 @@
 #include "LoginManagerInhibitor.h"
 
+#include "ListedInhibitor.h"
 #include "WakeSignal.h"
 
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
@@ -168,19 +170,11 @@ void LoginManagerInhibitor::listed(sd_bus_message* reply) {
 }
 
 bool LoginManagerInhibitor::lists(sd_bus_message* reply) const {
-    if (sd_bus_message_enter_container(reply, 'a', "(ssssuu)") < 0)
-        return false;
-    const char* what = nullptr;
-    const char* who = nullptr;
-    const char* why = nullptr;
-    const char* mode = nullptr;
-    std::uint32_t uid = 0;
-    std::uint32_t pid = 0;
-    while (sd_bus_message_read(reply, "(ssssuu)", &what, &who, &why, &mode, &uid, &pid) > 0)
-        if (std::string_view(what) == "idle" && who_ == who && why_ == why &&
-            pid == static_cast<std::uint32_t>(getpid()))
-            return true;
-    return false;
+    const auto all = ListedInhibitor::readAll(reply);
+    return all && std::ranges::any_of(*all, [this](const ListedInhibitor& each) {
+               return each.what == "idle" && each.who == who_ && each.why == why_ &&
+                      each.process == static_cast<std::uint32_t>(getpid());
+           });
 }
 
 void LoginManagerInhibitor::takeLater() {

@@ -89,7 +89,7 @@ std::expected<bool, PlatformError> LogindSleepSetting::readDisabled() {
         if (!locks)
             return std::unexpected(locks.error());
         const auto own = static_cast<std::uint32_t>(getpid());
-        if (std::ranges::any_of(*locks, [own](const Lock& lock) { return lock.process == own; })) {
+        if (std::ranges::any_of(*locks, [own](const auto& lock) { return lock.process == own; })) {
             isListed_ = propertiesWatch_ != nullptr;
             return true;
         }
@@ -186,7 +186,7 @@ std::expected<void, PlatformError> LogindSleepSetting::awaitGone(const Deadline&
         const auto locks = lidLocks(deadline);
         if (hasBus && !locks && !meansAbsent(locks.error()))
             return std::unexpected(locks.error());
-        if (!locks || std::ranges::none_of(*locks, [own](const Lock& lock) { return lock.process == own; })) {
+        if (!locks || std::ranges::none_of(*locks, [own](const auto& lock) { return lock.process == own; })) {
             isReleaseOpen_ = false;
             return {};
         }
@@ -215,7 +215,7 @@ LogindSleepSetting::heldElsewhere(const Deadline& deadline) {
     return std::nullopt;
 }
 
-std::expected<std::vector<LogindSleepSetting::Lock>, PlatformError>
+std::expected<std::vector<ListedInhibitor>, PlatformError>
 LogindSleepSetting::lidLocks(const Deadline& deadline) {
     constexpr const char* unlisted = "The login manager cannot be asked who keeps the computer awake";
     const auto bus = systemBus_.bus();
@@ -229,21 +229,12 @@ LogindSleepSetting::lidLocks(const Deadline& deadline) {
     const auto reply = deadline.call(*bus, message, unlisted);
     if (!reply)
         return std::unexpected(reply.error());
-    std::vector<Lock> locks;
-    result = sd_bus_message_enter_container(reply->get(), 'a', "(ssssuu)");
-    while (result > 0) {
-        const char* what = nullptr;
-        const char* who = nullptr;
-        const char* mode = nullptr;
-        std::uint32_t user = 0;
-        std::uint32_t process = 0;
-        result = sd_bus_message_read(reply->get(), "(ssssuu)", &what, &who, nullptr, &mode, &user, &process);
-        if (result > 0 && std::string_view(mode) == "block" && holdsBoth(what))
-            locks.push_back({who, user, process});
-    }
-    if (result < 0)
-        return std::unexpected(busFailure(unlisted, result));
-    return locks;
+    auto locks = ListedInhibitor::readAll(reply->get());
+    if (!locks)
+        return std::unexpected(busFailure(unlisted, locks.error()));
+    std::erase_if(*locks,
+                  [](const ListedInhibitor& each) { return each.mode != "block" || !holdsBoth(each.what); });
+    return std::move(*locks);
 }
 
 std::expected<bool, PlatformError> LogindSleepSetting::isSuspendMasked(const Deadline& deadline) {

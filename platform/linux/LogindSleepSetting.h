@@ -2,6 +2,7 @@
 
 #include "BusConnection.h"
 #include "BusDeadline.h"
+#include "ListedInhibitor.h"
 #include "lease/SystemSleepSetting.h"
 
 #include <cstdint>
@@ -41,17 +42,12 @@ class LogindSleepSetting final : public SystemSleepSetting {
     std::expected<void, PlatformError> watch(std::function<void()> changed);
 
   private:
-    struct Lock {
-        std::string who;
-        std::uint32_t user;
-        std::uint32_t process;
-    };
     using Deadline = BusDeadline;
 
     std::expected<void, PlatformError> take(const Deadline& deadline);
     std::expected<void, PlatformError> awaitGone(const Deadline& deadline);
     std::expected<std::optional<std::string>, PlatformError> heldElsewhere(const Deadline& deadline);
-    std::expected<std::vector<Lock>, PlatformError> lidLocks(const Deadline& deadline);
+    std::expected<std::vector<ListedInhibitor>, PlatformError> lidLocks(const Deadline& deadline);
     std::expected<bool, PlatformError> isSuspendMasked(const Deadline& deadline);
     [[nodiscard]] bool isOtherEndHeld() const;
     void closeDescriptor();

@@ -1,24 +1,28 @@
 #include "support/ListedInhibitors.h"
 
+#include <algorithm>
+
 namespace wakeloft {
 
-int listedInhibitors(sd_bus* bus, const std::string& what, const std::string& who) {
+std::expected<std::vector<ListedInhibitor>, int> listedInhibitors(sd_bus* bus) {
     BusError error;
     sd_bus_message* reply = nullptr;
-    if (sd_bus_call_method(bus, "org.freedesktop.login1", "/org/freedesktop/login1",
-                           "org.freedesktop.login1.Manager", "ListInhibitors", error.get(), &reply,
-                           nullptr) < 0)
-        return -1;
+    const int result =
+        sd_bus_call_method(bus, "org.freedesktop.login1", "/org/freedesktop/login1",
+                           "org.freedesktop.login1.Manager", "ListInhibitors", error.get(), &reply, nullptr);
     const BusMessage owned(reply);
-    int count = 0;
-    const char* listedWhat = nullptr;
-    const char* listedWho = nullptr;
-    const char* mode = nullptr;
-    sd_bus_message_enter_container(reply, 'a', "(ssssuu)");
-    while (sd_bus_message_read(reply, "(ssssuu)", &listedWhat, &listedWho, nullptr, &mode, nullptr, nullptr) >
-           0)
-        count += what == listedWhat && who == listedWho && std::string(mode) == "block";
-    return count;
+    if (result < 0)
+        return std::unexpected(result);
+    return ListedInhibitor::readAll(reply);
+}
+
+int listedInhibitors(sd_bus* bus, const std::string& what, const std::string& who, const std::string& mode) {
+    const auto all = listedInhibitors(bus);
+    if (!all)
+        return -1;
+    return static_cast<int>(std::ranges::count_if(*all, [&](const ListedInhibitor& each) {
+        return each.what == what && each.who == who && each.mode == mode;
+    }));
 }
 
 } // namespace wakeloft

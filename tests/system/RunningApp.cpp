@@ -38,27 +38,13 @@ std::string textOf(const std::filesystem::path& path) {
 
 LoginManager::LoginManager(sd_event* event) : event_(event), bus_(std::move(openSystemBus(event).value())) {}
 
-std::vector<Inhibitor> LoginManager::wakeloftInhibitors() {
-    BusError error;
-    sd_bus_message* reply = nullptr;
-    EXPECT_GE(sd_bus_call_method(bus_.get(), "org.freedesktop.login1", "/org/freedesktop/login1",
-                                 "org.freedesktop.login1.Manager", "ListInhibitors", error.get(), &reply,
-                                 nullptr),
-              0);
-    const BusMessage owned(reply);
-    std::vector<Inhibitor> found;
-    if (reply == nullptr || sd_bus_message_enter_container(reply, 'a', "(ssssuu)") < 0)
-        return found;
-    const char* what = nullptr;
-    const char* who = nullptr;
-    const char* why = nullptr;
-    const char* mode = nullptr;
-    std::uint32_t uid = 0;
-    std::uint32_t pid = 0;
-    while (sd_bus_message_read(reply, "(ssssuu)", &what, &who, &why, &mode, &uid, &pid) > 0)
-        if (std::string(who) == "Wakeloft")
-            found.push_back({what, who, why, mode, uid, pid});
-    return found;
+std::vector<ListedInhibitor> LoginManager::wakeloftInhibitors() {
+    auto found = listedInhibitors(bus_.get());
+    EXPECT_TRUE(found);
+    if (!found)
+        return {};
+    std::erase_if(*found, [](const ListedInhibitor& each) { return each.who != "Wakeloft"; });
+    return std::move(*found);
 }
 
 std::optional<double> LoginManager::waitForCount(int count, int timeoutMs) {

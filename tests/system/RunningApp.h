@@ -2,6 +2,7 @@
 
 #include "SdEventMainRunLoop.h"
 #include "support/ChildProcess.h"
+#include "support/ListedInhibitors.h"
 #include "support/PrivateBus.h"
 
 #include <filesystem>
@@ -12,20 +13,13 @@
 
 namespace wakeloft {
 
-/// A line of the login manager's list.
-struct Inhibitor {
-    std::string what, who, why, mode;
-    std::uint32_t uid = 0;
-    std::uint32_t pid = 0;
-};
-
 /// The login manager on the system bus that the tests were given.
 class LoginManager {
   public:
     explicit LoginManager(sd_event* event);
 
     /// Wakeloft's inhibitors, all of them. A list that cannot be read fails the running test.
-    [[nodiscard]] std::vector<Inhibitor> wakeloftInhibitors();
+    [[nodiscard]] std::vector<ListedInhibitor> wakeloftInhibitors();
     [[nodiscard]] int count() { return static_cast<int>(wakeloftInhibitors().size()); }
     /// Looks without a pause until the count is right: the milliseconds that it took, or nothing after
     /// `timeoutMs`.

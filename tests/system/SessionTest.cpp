@@ -36,8 +36,8 @@ struct Session : testing::Test {
         EXPECT_EQ(inhibitor.what, "idle");
         EXPECT_EQ(inhibitor.why, "Wakeloft is keeping this computer awake");
         EXPECT_EQ(inhibitor.mode, "block");
-        EXPECT_EQ(inhibitor.uid, getuid());
-        EXPECT_EQ(inhibitor.pid, static_cast<std::uint32_t>(app.process().pid()));
+        EXPECT_EQ(inhibitor.user, getuid());
+        EXPECT_EQ(inhibitor.process, static_cast<std::uint32_t>(app.process().pid()));
     }
 };
 
