@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Bus.h"
+#include "BootTimer.h"
 #include "session/Clocks.h"
 #include "session/DeadlineScheduler.h"
 
@@ -10,16 +10,14 @@ namespace wakeloft {
 class TimerDeadlineScheduler final : public DeadlineScheduler {
   public:
     /// `event` and `dates` must outlive the scheduler.
-    TimerDeadlineScheduler(sd_event* event, const DateProvider& dates) : event_(event), dates_(dates) {}
+    TimerDeadlineScheduler(sd_event* event, const DateProvider& dates) : dates_(dates), timer_(event) {}
 
     void scheduleAt(Date date, std::function<void()> action) override;
     void cancel() override;
 
   private:
-    sd_event* event_;
     const DateProvider& dates_;
-    EventSource timer_;
-    std::function<void()> action_;
+    BootTimer timer_;
 };
 
 } // namespace wakeloft

@@ -1,8 +1,7 @@
 #include "BootTimer.h"
 
-#include "HelperLog.h"
-
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <ctime>
 #include <utility>
@@ -11,8 +10,8 @@ namespace wakeloft {
 
 void BootTimer::arm(Seconds seconds, std::function<void()> action) {
     cancel();
-    constexpr Seconds longest = 1e9;
-    constexpr std::uint64_t accuracyMicroseconds = 1000;
+    constexpr Seconds longest = 1e11; // beyond any deadline; keeps the microseconds a number
+    constexpr std::uint64_t accuracyMicroseconds = 1;
     const auto fired = [](sd_event_source*, std::uint64_t, void* userdata) {
         auto* self = static_cast<BootTimer*>(userdata);
         if (const auto run = std::exchange(self->action_, nullptr)) // it may arm again
@@ -24,8 +23,9 @@ void BootTimer::arm(Seconds seconds, std::function<void()> action) {
     const int result = sd_event_add_time_relative(event_, &source, CLOCK_BOOTTIME, microseconds,
                                                   accuracyMicroseconds, fired, this);
     if (result < 0) {
-        // A lease without its timer would never end. The kernel drops the lock with the process.
-        logLine(LogPriority::error, busFailure("A timer cannot be armed", result).description);
+        // A session or a lease without its timer would never end; the kernel ends both with the process.
+        std::fprintf(stderr, "Wakeloft: %s\n",
+                     busFailure("A timer cannot be armed", result).description.c_str());
         std::abort();
     }
     source_.reset(source);
