@@ -1,6 +1,7 @@
 #include "AtomicFile.h"
 
 #include "Bus.h"
+#include "Descriptor.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -9,27 +10,10 @@
 #include <cerrno>
 #include <cstdlib>
 #include <string_view>
-#include <utility>
 
 namespace wakeloft {
 
 namespace {
-
-class Descriptor {
-  public:
-    explicit Descriptor(int number) : number_(number) {}
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-    ~Descriptor() {
-        if (number_ >= 0)
-            close(number_);
-    }
-    [[nodiscard]] int get() const { return number_; }
-    int closeNow() { return close(std::exchange(number_, -1)); }
-
-  private:
-    int number_;
-};
 
 std::unexpected<PlatformError> failed(std::string_view what, const std::filesystem::path& path, int error) {
     return std::unexpected(busFailure(std::string(what) + " " + path.string(), -error));
