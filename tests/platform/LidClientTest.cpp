@@ -1,12 +1,11 @@
 #include "BusLidHelperRegistration.h"
 #include "LidHelperFakes.h"
 #include "LidLeaseBusConnection.h"
-#include "SdEventMainRunLoop.h"
+#include "PrivateSystem.h"
 #include "lease/LidHelperRefusal.h"
 #include "lease/LidHelperService.h"
 #include "lid/XPCLidSleepBlocker.h"
 #include "support/BusText.h"
-#include "support/ChildProcess.h"
 #include "support/FakeService.h"
 #include "support/ListedInhibitors.h"
 
@@ -28,32 +27,27 @@ std::optional<Error> refused(const std::string& reason) {
 }
 
 /// The app's side of Deepwake on a private bus.
-struct LidClient : testing::Test {
-    PrivateBus bus;
-    std::unique_ptr<SdEventMainRunLoop> loop = std::move(SdEventMainRunLoop::create().value());
-    BusPointer observer = bus.connect(loop->event());
+struct LidClient : testing::Test, PrivateSystem {
     std::vector<std::string> asked; ///< of polkit, once it has ended
     std::unique_ptr<ServiceThread> polkit;
-    std::unique_ptr<ChildProcess> loginManager;
     std::unique_ptr<ChildProcess> helper;
     std::string trouble; ///< the latest
     std::function<void(const PlatformError&)> told = [this](const PlatformError& error) {
         trouble = error.description;
     };
     bool suspends = false;
-    BusConnection system{loop->event(), *loop};
+    BusConnection system{event, *loop};
     BusLidHelperRegistration registration{system, told};
     std::unique_ptr<XPCLidSleepBlocker> blocker;
 
     LidClient() {
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1);
         startPolkit(Opinion::yes);
         makeBlocker();
     }
     void startPolkit(Opinion opinion) {
         polkit.reset();
-        polkit = std::make_unique<ServiceThread>([this, opinion](sd_event* event) {
-            std::shared_ptr<FakePolkit> fake(new FakePolkit(bus, event), [this](FakePolkit* each) {
+        polkit = std::make_unique<ServiceThread>([this, opinion](sd_event* thread) {
+            std::shared_ptr<FakePolkit> fake(new FakePolkit(bus, thread), [this](FakePolkit* each) {
                 asked = each->asked;
                 delete each;
             });
@@ -64,23 +58,14 @@ struct LidClient : testing::Test {
     void makeBlocker() {
         blocker = std::make_unique<XPCLidSleepBlocker>(
             registration, helperName, LidSleepLease::replyTimeout,
-            LidLeaseBusConnection::factory(loop->event(), [this] { return suspends; }, told), *loop);
+            LidLeaseBusConnection::factory(event, [this] { return suspends; }, told), *loop);
     }
     void startHelper() {
-        using Command = std::vector<std::string>;
         if (!loginManager)
-            loginManager = std::make_unique<ChildProcess>(Command{WAKELOFT_RIG_LOGIN_MANAGER});
-        ASSERT_TRUE(waitFor([&] { return isOwned("org.freedesktop.login1"); }));
-        helper = std::make_unique<ChildProcess>(Command{WAKELOFT_LID_HELPER});
+            startLoginManager();
+        helper = std::make_unique<ChildProcess>(std::vector<std::string>{WAKELOFT_LID_HELPER});
         ASSERT_TRUE(waitFor([&] { return isOwned(helperName); }));
     }
-    bool waitFor(const std::function<bool()>& condition) {
-        for (int look = 0; look < 500; ++look)
-            if (runUntil(loop->event(), condition, 10))
-                return true;
-        return false;
-    }
-    bool isOwned(const char* name) { return sd_bus_get_name_creds(observer.get(), name, 0, nullptr) >= 0; }
     int locks() { return listedInhibitors(observer.get(), "sleep:handle-lid-switch", "Wakeloft"); }
 
     std::optional<std::optional<Error>> answer; ///< to the latest request
@@ -95,7 +80,7 @@ struct LidClient : testing::Test {
     }
     std::optional<Error> outcome(bool isRenewal) {
         ask(isRenewal);
-        EXPECT_TRUE(runUntil(loop->event(), [&] { return answer.has_value(); }, 6000));
+        EXPECT_TRUE(runUntil(event, [&] { return answer.has_value(); }, 6000));
         return answer.value_or(Error(PlatformError{"", 0, "no outcome"}));
     }
     std::optional<Error> renew() { return outcome(true); }
@@ -122,9 +107,7 @@ TEST_F(LidClient, TheRealHelperHoldsTheLockForAsLongAsTheClientIsThere) {
     EXPECT_EQ(trouble, "");
 
     makeBlocker();
-    const ChildProcess foreign(
-        {"systemd-inhibit", "--what=sleep:handle-lid-switch", "--who=Wakeloft", "sleep", "60"});
-    ASSERT_TRUE(waitFor([&] { return locks() == 1; }));
+    const auto foreign = otherLock("sleep:handle-lid-switch", "Wakeloft");
     EXPECT_EQ(renew(), refused(LidHelperRefusal::settingOnElsewhere().reason()));
     startPolkit(Opinion::no);
     makeBlocker();
@@ -138,7 +121,7 @@ TEST_F(LidClient, AHelperThatIsGoneFailsAndTheNextOneServesAnew) {
     ASSERT_EQ(renew(), confirmed);
     helper->signal(SIGSTOP);
     ask(true);
-    runUntil(loop->event(), [] { return false; }, 100);
+    pass(100);
     helper->signal(SIGKILL);
     EXPECT_TRUE(waitFor([&] { return answer == std::optional(unavailable); }));
     EXPECT_TRUE(wasTold("org.freedesktop.DBus.Error.NoReply")) << trouble;
@@ -159,11 +142,11 @@ TEST_F(LidClient, NothingWaitsForABusThatHangs) {
     sd_bus_creds_unref(credentials);
     kill(daemon, SIGSTOP);
     EXPECT_LT(secondsFor([&] { ask(true); }), 0.5);
-    EXPECT_FALSE(runUntil(loop->event(), [&] { return answer.has_value(); }, 1000));
+    EXPECT_FALSE(runUntil(event, [&] { return answer.has_value(); }, 1000));
     const double asking = secondsFor([&] { EXPECT_EQ(registration.status(), LidHelperStatus::notFound); });
     EXPECT_GT(asking, 0.9);
     EXPECT_LT(asking, 2);
-    EXPECT_TRUE(runUntil(loop->event(), [&] { return answer == std::optional(unavailable); }, 4000));
+    EXPECT_TRUE(runUntil(event, [&] { return answer == std::optional(unavailable); }, 4000));
     ask(true);
     EXPECT_LT(secondsFor([&] { blocker.reset(); }), 0.5);
     kill(daemon, SIGCONT);
@@ -192,7 +175,7 @@ TEST_F(LidClient, TheRegistrationSaysHowTheHelperStands) {
     EXPECT_FALSE(isOwned(helperName)); // asking started nothing
 
     setenv("DBUS_SYSTEM_BUS_ADDRESS", "unix:path=/nonexistent/bus", 1);
-    BusConnection nowhere(loop->event(), *loop);
+    BusConnection nowhere(event, *loop);
     EXPECT_EQ(BusLidHelperRegistration(nowhere, told).status(), LidHelperStatus::notFound);
     EXPECT_TRUE(wasTold("The system bus cannot be reached"));
     EXPECT_EQ(renew(), unavailable);
@@ -200,7 +183,7 @@ TEST_F(LidClient, TheRegistrationSaysHowTheHelperStands) {
 
 TEST_F(LidClient, AHelperThatTalksRubbishIsNoHelper) {
     std::vector<std::string> calls;
-    const FakeService invented(bus, loop->event(), helperName, "/com/wakeloft/app/lidhelper",
+    const FakeService invented(bus, event, helperName, "/com/wakeloft/app/lidhelper",
                                [&](sd_bus_message* call, sd_bus_error* error) {
                                    calls.push_back(bodyText(call));
                                    return calls.size() == 1 ? sd_bus_reply_method_return(call, "u", 7U)

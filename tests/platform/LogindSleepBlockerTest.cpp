@@ -1,6 +1,5 @@
 #include "LogindSleepBlocker.h"
-#include "SdEventMainRunLoop.h"
-#include "support/ChildProcess.h"
+#include "PrivateSystem.h"
 #include "support/FakeInhibitService.h"
 #include "support/ListedInhibitors.h"
 
@@ -17,22 +16,14 @@ namespace {
 using Dialect = FakeInhibitService::Dialect;
 
 /// The blocker against the embedded login manager and invented desktop services, on a private bus.
-struct Blocker : testing::Test {
-    PrivateBus bus;
-    std::unique_ptr<SdEventMainRunLoop> loop = std::move(SdEventMainRunLoop::create().value());
-    BusPointer observer = bus.connect(loop->event());
-    BusPointer session = bus.connect(loop->event());
-    BusConnection system{loop->event(), *loop};
-    std::unique_ptr<ChildProcess> loginManager;
+struct Blocker : testing::Test, PrivateSystem {
+    BusPointer session = bus.connect(event);
+    BusConnection system{event, *loop};
     std::unique_ptr<LogindSleepBlocker> blocker;
     std::vector<std::string> told;
 
-    Blocker() { setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1); }
-
     void startLoginManager(const char* idleAction = "suspend") {
-        loginManager = std::make_unique<ChildProcess>(std::vector<std::string>{
-            WAKELOFT_RIG_LOGIN_MANAGER, std::string("--idle-action=") + idleAction, "--idle-after=3600"});
-        ASSERT_TRUE(waitFor([&] { return listed() >= 0; }));
+        PrivateSystem::startLoginManager({std::string("--idle-action=") + idleAction, "--idle-after=3600"});
     }
     void makeBlocker(bool withSession = true) {
         blocker = std::make_unique<LogindSleepBlocker>(withSession ? session.get() : nullptr, system,
@@ -41,16 +32,7 @@ struct Blocker : testing::Test {
             told.push_back(hold ? "held" : std::get<PlatformError>(hold.error()).description);
         });
     }
-    /// Looks again and again: what others list changes without a word to this loop.
-    bool waitFor(const std::function<bool()>& condition) {
-        for (int look = 0; look < 500; ++look)
-            if (runUntil(loop->event(), condition, 10))
-                return true;
-        return false;
-    }
-    void settle() {
-        runUntil(loop->event(), [] { return false; }, 100);
-    }
+    void settle() { pass(100); }
     int listed() { return listedInhibitors(observer.get(), "idle", "Wakeloft"); }
 };
 
@@ -210,7 +192,7 @@ TEST_F(Blocker, ALostHoldIsToldAndTakenAgain) {
 TEST_F(Blocker, ALostSystemBusIsToldAndTheHoldTakenAgain) {
     auto systemBus = std::make_unique<PrivateBus>();
     setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus->address().c_str(), 1);
-    observer = systemBus->connect(loop->event());
+    observer = systemBus->connect(event);
     startLoginManager();
     makeBlocker();
     ASSERT_TRUE(blocker->engage());
@@ -220,7 +202,7 @@ TEST_F(Blocker, ALostSystemBusIsToldAndTheHoldTakenAgain) {
     loginManager.reset();
     systemBus = std::make_unique<PrivateBus>();
     setenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus->address().c_str(), 1);
-    observer = systemBus->connect(loop->event());
+    observer = systemBus->connect(event);
     startLoginManager();
     EXPECT_TRUE(waitFor([&] { return told.back() == "held"; }));
     EXPECT_EQ(listed(), 1);
