@@ -54,8 +54,8 @@ void LidHelperLoop::checkStanding() {
     settle();
 }
 
-void LidHelperLoop::executableReplaced(bool isReplaced) {
-    isReplaced_ = isReplaced;
+void LidHelperLoop::programFound(const LidHelperFileWatch::Finding& finding) {
+    program_ = finding;
     stepAsideIfFree();
 }
 
@@ -94,10 +94,11 @@ void LidHelperLoop::logTrouble() {
 }
 
 void LidHelperLoop::stepAsideIfFree() {
-    const bool isFree = service_.terms().empty() && !keeper_.isSleepDisabled() && !keeper_.lastError();
-    if (!isReplaced_ || isStopped_ || !isFree)
+    const bool isLeaseHeld = !service_.terms().empty();
+    const bool isResetInDoubt = keeper_.isSleepDisabled() || keeper_.lastError();
+    if (isStopped_ || !LidHelperFileWatch::stepsAside(program_, isLeaseHeld, isResetInDoubt))
         return;
-    isReplaced_ = false; // asked once
+    program_ = LidHelperFileWatch::Finding::running(); // asked once
     surroundings_.log("The helper's program was replaced: this one ends.");
     surroundings_.end();
 }

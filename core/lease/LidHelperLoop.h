@@ -1,6 +1,7 @@
 #pragma once
 
 #include "lease/LidLeaseService.h"
+#include "lid/LidHelperFileWatch.h"
 
 #include <functional>
 #include <optional>
@@ -52,9 +53,9 @@ class LidHelperLoop {
     /// is still to be told that its lease was ended from elsewhere.
     void holdBack(std::optional<std::string> reason) { heldBackFor_ = std::move(reason); }
 
-    /// Whether the program on disk is another one than this. If so the helper ends, for the system to start
-    /// the new one, as soon as no lease is held and no reset of the setting is in doubt.
-    void executableReplaced(bool isReplaced);
+    /// What is now where this helper was started from. A helper that was replaced ends, for the system to
+    /// start the new one, as soon as `LidHelperFileWatch::stepsAside`.
+    void programFound(const LidHelperFileWatch::Finding& finding);
 
     /// Ends all leases and insists on putting the setting back, pausing between the tries, for
     /// `LidHelperService::stopRetryWindow`. Whether it was put back. Nothing is handled after it.
@@ -73,7 +74,7 @@ class LidHelperLoop {
     Surroundings surroundings_;
     std::optional<std::string> heldBackFor_;
     std::optional<std::string> loggedTrouble_;
-    bool isReplaced_ = false;
+    LidHelperFileWatch::Finding program_ = LidHelperFileWatch::Finding::running();
     bool isStopped_ = false;
     Lifetime lifetime_;
 };

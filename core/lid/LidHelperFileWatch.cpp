@@ -2,6 +2,16 @@
 
 namespace wakeloft {
 
+std::string LidHelperFileWatch::Finding::sentence() const {
+    if (const auto* replaced = std::get_if<Replaced>(&value))
+        return "another helper is on disk now, cdhash " + replaced->codeDirectoryHash;
+    if (*this == running())
+        return "this helper is the one on disk";
+    if (*this == missing())
+        return "the helper's file is gone; this one goes on";
+    return "the file on disk is no genuine helper; this one goes on";
+}
+
 LidHelperFileWatch::LidHelperFileWatch(std::string path, std::string runningCodeDirectoryHash,
                                        File startedFrom, Identify identify, Judge judge)
     : path_(std::move(path)),

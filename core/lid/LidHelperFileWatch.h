@@ -56,6 +56,9 @@ class LidHelperFileWatch {
         static Finding missing() { return {Missing{}}; }
         static Finding unrecognised() { return {Unrecognised{}}; }
 
+        /// As a log tells it.
+        [[nodiscard]] std::string sentence() const;
+
         bool operator==(const Finding&) const = default;
     };
 

@@ -32,8 +32,8 @@ class LidHelper {
     static int afterCrash(SdEventMainRunLoop& loop);
     /// Asks `run()` to return.
     void end() { isOver_ = true; }
-    /// Whether the program on disk is another one than this; see `LidHelperLoop`.
-    void executableReplaced(bool isReplaced) { helper_.executableReplaced(isReplaced); }
+    /// What is now where this program was started from; see `LidHelperLoop`.
+    void programFound(const LidHelperFileWatch::Finding& finding) { helper_.programFound(finding); }
 
   private:
     void settled();

@@ -18,22 +18,10 @@
 
 namespace wakeloft {
 
-using Finding = LidHelperFileWatch::Finding;
-
 namespace {
 
 void logNotice(const std::string& line) {
     logLine(LogPriority::notice, line);
-}
-
-std::string sentence(const Finding& finding) {
-    if (const auto* replaced = std::get_if<Finding::Replaced>(&finding.value))
-        return "another helper is on disk now, cdhash " + replaced->codeDirectoryHash;
-    if (finding == Finding::running())
-        return "this helper is the one on disk";
-    if (finding == Finding::missing())
-        return "the helper's file is gone; this one goes on";
-    return "the file on disk is no genuine helper; this one goes on";
 }
 
 } // namespace
@@ -100,8 +88,8 @@ void LidHelper::look() {
     const auto [finding, hasChanged] = watch_->look();
     if (!hasChanged)
         return;
-    logNotice(sentence(finding));
-    helper_.executableReplaced(std::holds_alternative<Finding::Replaced>(finding.value));
+    logNotice(finding.sentence());
+    helper_.programFound(finding);
 }
 
 } // namespace wakeloft

@@ -170,9 +170,9 @@ TEST_F(HelperLoop, WhileItIsHeldBackOnlyWhatIsOwedIsTold) {
 }
 
 TEST_F(HelperLoop, AReplacedProgramEndsWhenNothingIsItsToPutBack) {
-    helper.executableReplaced(false);
+    const auto replaced = LidHelperFileWatch::Finding::replaced("next");
     renew(*first, 20);
-    helper.executableReplaced(true);
+    helper.programFound(replaced);
     EXPECT_EQ(ends, 0);
     setting.writeError = PlatformError{"", 0, "Broken."};
     revoke(*first);
@@ -184,7 +184,7 @@ TEST_F(HelperLoop, AReplacedProgramEndsWhenNothingIsItsToPutBack) {
     EXPECT_EQ(ends, 1);
     helper.check();
     EXPECT_EQ(ends, 1);
-    helper.executableReplaced(true); // at rest: at once
+    helper.programFound(replaced); // at rest: at once
     EXPECT_EQ(ends, 2);
 }
 

@@ -113,7 +113,7 @@ void World::processesDo() {
         if (helper_ == nullptr)
             break;
         did("the helper's program is replaced");
-        helper_->loop.executableReplaced(true);
+        helper_->loop.programFound(LidHelperFileWatch::Finding::replaced("next"));
     }
 }
 
