@@ -2,36 +2,23 @@
 
 #include "lease/RigLeaseFile.h"
 
-#include <sys/inotify.h>
-
 #include <filesystem>
-#include <string_view>
 #include <utility>
 
 namespace wakeloft::rig {
 
-LeaseFileWatch::LeaseFileWatch(sd_event* event, std::string path, std::function<void(LeaseState)> changed)
-    : event_(event), path_(std::move(path)), changed_(std::move(changed)), timer_(event, dates_) {}
+LeaseFileWatch::LeaseFileWatch(sd_event* event, std::string path, std::function<void(LeaseState)> changed,
+                               std::function<void(const PlatformError&)> failed)
+    : path_(std::move(path)),
+      changed_(std::move(changed)),
+      timer_(event, dates_),
+      changes_(event, std::filesystem::absolute(path_).string(), [this] { look(); }, std::move(failed)) {}
 
 std::expected<void, PlatformError> LeaseFileWatch::start() {
-    const auto folder = std::filesystem::absolute(path_).parent_path();
-    const auto happened = [](sd_event_source*, const inotify_event* change, void* userdata) {
-        auto& self = *static_cast<LeaseFileWatch*>(userdata);
-        // Without a name it is about the folder, or changes were lost.
-        if (change->len == 0 ||
-            std::filesystem::path(self.path_).filename() == std::string_view(change->name))
-            self.look();
-        return 0;
-    };
-    sd_event_source* source = nullptr;
-    const int result = sd_event_add_inotify(
-        event_, &source, folder.c_str(), IN_CLOSE_WRITE | IN_MOVED_TO | IN_MOVED_FROM | IN_DELETE | IN_CREATE,
-        happened, this);
-    folder_.reset(source);
-    if (result < 0)
-        return std::unexpected(busFailure("The lease file's folder cannot be followed", result));
-    look();
-    return {};
+    auto started = changes_.start();
+    if (started)
+        look();
+    return started;
 }
 
 void LeaseFileWatch::look() {

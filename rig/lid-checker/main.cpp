@@ -1,11 +1,10 @@
+#include "LeaseFileArgument.h"
 #include "LeaseFileWatch.h"
 #include "SdEventMainRunLoop.h"
 #include "TerminationSignals.h"
-#include "lease/RigLeaseFile.h"
 
 #include <cstdlib>
 #include <iostream>
-#include <string_view>
 
 using namespace wakeloft;
 
@@ -32,10 +31,9 @@ const char* name(rig::LeaseState state) {
 
 /// Prints held, lapsed or missing: now, and at each change of the lease file, until it is asked to end.
 int main(int count, char** arguments) {
-    constexpr std::string_view option = "--lease-file=";
-    const std::string_view argument = count == 2 ? arguments[1] : "";
-    if (count > 2 || (count == 2 && !argument.starts_with(option)))
-        return fail("usage: [--lease-file=PATH]");
+    const auto file = rig::leaseFileArgument(count, arguments);
+    if (!file)
+        return fail(file.error());
     const auto loop = SdEventMainRunLoop::create();
     if (!loop)
         return fail(loop.error().description);
@@ -43,11 +41,10 @@ int main(int count, char** arguments) {
     const auto signals = TerminationSignals::watch((*loop)->event(), [&] { isOver = true; });
     if (!signals)
         return fail(signals.error().description);
-    rig::LeaseFileWatch watch((*loop)->event(),
-                              count == 2 ? std::string(argument.substr(option.size()))
-                                         : RigLeaseFile::defaultPath,
+    rig::LeaseFileWatch watch((*loop)->event(), *file,
                               [](rig::LeaseState state) { std::cout << name(state) << "\n"
-                                                                    << std::flush; });
+                                                                    << std::flush; },
+                              [](const PlatformError& error) { fail(error.description); });
     if (const auto started = watch.start(); !started)
         return fail(started.error().description);
     while (!isOver)

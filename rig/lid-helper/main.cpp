@@ -2,6 +2,7 @@
 #include "BusConnection.h"
 #include "FileSleepSetting.h"
 #include "HelperLog.h"
+#include "LeaseFileArgument.h"
 #include "LidLeaseBusService.h"
 #include "SdEventMainRunLoop.h"
 #include "SystemClocks.h"
@@ -12,7 +13,6 @@
 #include <chrono>
 #include <cstdlib>
 #include <iostream>
-#include <string_view>
 #include <thread>
 
 using namespace wakeloft;
@@ -81,11 +81,10 @@ int serve(const std::string& path) {
 
 /// The lid helper with a lease file in place of the login manager's lock; it lets everybody in.
 int main(int count, char** arguments) {
-    constexpr std::string_view option = "--lease-file=";
-    const std::string_view argument = count == 2 ? arguments[1] : "";
-    if (count > 2 || (count == 2 && !argument.starts_with(option)))
-        return fail("usage: [--lease-file=PATH]");
+    const auto file = rig::leaseFileArgument(count, arguments);
+    if (!file)
+        return fail(file.error());
     if (std::getenv("DBUS_SYSTEM_BUS_ADDRESS") == nullptr)
         return fail("DBUS_SYSTEM_BUS_ADDRESS is not set; this stand-in runs on a private bus only.");
-    return serve(count == 2 ? std::string(argument.substr(option.size())) : RigLeaseFile::defaultPath);
+    return serve(*file);
 }
