@@ -30,6 +30,7 @@ void logError(const PlatformError& error) {
 LidHelper::LidHelper(SdEventMainRunLoop& loop)
     : loop_(loop),
       systemBus_(loop.event(), loop),
+      clientBus_(loop.event(), loop),
       timer_(loop.event()),
       setting_(systemBus_, "Wakeloft", "Deepwake keeps this computer awake with the lid closed"),
       keeper_(setting_, dates_, uptime_),
@@ -47,14 +48,28 @@ LidHelper::LidHelper(SdEventMainRunLoop& loop)
       listener_(LidLeaseBus::polkitAction, helper_.requests(loop)),
       recheck_(loop.event(), systemBus_, logError) {}
 
+// The name is taken first, for whom waits for it: no request is read before the loop runs.
 std::expected<void, PlatformError> LidHelper::start() {
+    const auto clientBus = clientBus_.bus();
+    if (!clientBus)
+        return std::unexpected(clientBus.error());
+    clients_ = std::make_unique<LidLeaseBusService>(
+        *clientBus, systemBus_, listener_,
+        [this](const std::string& client, const LidLeaseBusService::Decided& decided) {
+            authority_->check(client, decided);
+        },
+        logNotice);
+    if (auto published = clients_->publish(); !published)
+        return published;
     const auto bus = systemBus_.bus();
     if (!bus)
         return std::unexpected(bus.error());
-    busLost_ = systemBus_.lost().subscribe([this] {
+    const auto lost = [this] {
         isBusLost_ = true;
         end();
-    });
+    };
+    busLost_ = systemBus_.lost().subscribe(lost);
+    clientBusLost_ = clientBus_.lost().subscribe(lost);
     // The bus tells these from inside its own work; they are looked into, with calls, in a later turn.
     if (auto watched =
             setting_.watch([this] { loop_.perform(lifetime_.guard([this] { helper_.checkStanding(); })); });
@@ -67,15 +82,7 @@ std::expected<void, PlatformError> LidHelper::start() {
         loop_.perform(lifetime_.guard([this, isCritical] { batteryChanged(isCritical); }));
     });
     authority_ = std::make_unique<PolkitAuthority>(*bus, LidLeaseBus::polkitAction);
-    clients_ = std::make_unique<LidLeaseBusService>(
-        *bus, listener_,
-        [this](const std::string& client, const LidLeaseBusService::Decided& decided) {
-            authority_->check(client, decided);
-        },
-        logNotice);
     watchOver(false);
-    if (auto published = clients_->publish(); !published)
-        return published;
     sd_notify(0, "READY=1"); // a failure is the absence of a service manager
     return {};
 }
@@ -102,8 +109,8 @@ int LidHelper::run() {
 }
 
 void LidHelper::settled() {
-    if (clients_ == nullptr)
-        return;
+    if (battery_ == nullptr)
+        return; // not started yet
     const auto& terms = service_.terms();
     const bool isHeld = setting_.isHeld();
     const bool wantsSuspend = clients_->wantsSuspend(terms);

@@ -47,6 +47,7 @@ class LidHelper {
     bool isWatchedOver_ = false;
     CrashMark crashMark_;
     BusConnection systemBus_;
+    BusConnection clientBus_; ///< the clients' alone
     SystemDateProvider dates_;
     SystemUptimeProvider uptime_;
     BootTimer timer_;
@@ -61,6 +62,7 @@ class LidHelper {
     std::unique_ptr<PolkitAuthority> authority_;
     SystemDeadlineRecheckNotifier recheck_;
     Subscription busLost_;
+    Subscription clientBusLost_;
     Lifetime lifetime_;
 };
 

@@ -24,6 +24,12 @@ int readUser(sd_bus* bus, const std::string& name, std::uint32_t& user) {
     return result < 0 ? result : sd_bus_creds_get_euid(credentials, &user);
 }
 
+int setPriority(sd_bus* bus, int priority) {
+    sd_event* event = sd_bus_get_event(bus);
+    const int result = sd_bus_detach_event(bus);
+    return result < 0 ? result : sd_bus_attach_event(bus, event, priority);
+}
+
 std::shared_ptr<sd_bus_message> kept(sd_bus_message* message) {
     return {sd_bus_message_ref(message), [](sd_bus_message* each) { sd_bus_message_unref(each); }};
 }
@@ -38,19 +44,26 @@ const sd_bus_vtable LidLeaseBusService::vtable[] = {
     SD_BUS_VTABLE_END,
 };
 
-LidLeaseBusService::LidLeaseBusService(sd_bus* bus, LidLeaseListener& listener, Authorize authorize,
+LidLeaseBusService::LidLeaseBusService(sd_bus* clientBus, BusConnection& systemBus,
+                                       LidLeaseListener& listener, Authorize authorize,
                                        std::function<void(const std::string&)> log)
-    : bus_(bus), listener_(listener), authorize_(std::move(authorize)), log_(std::move(log)) {}
+    : clientBus_(clientBus),
+      systemBus_(systemBus),
+      listener_(listener),
+      authorize_(std::move(authorize)),
+      log_(std::move(log)) {}
 
 LidLeaseBusService::~LidLeaseBusService() = default;
 
 std::expected<void, PlatformError> LidLeaseBusService::publish() {
     sd_bus_slot* slot = nullptr;
     int result =
-        sd_bus_add_object_vtable(bus_, &slot, LidLeaseBus::path, LidLeaseBus::interface, vtable, this);
+        sd_bus_add_object_vtable(clientBus_, &slot, LidLeaseBus::path, LidLeaseBus::interface, vtable, this);
     object_.reset(slot);
     if (result >= 0)
-        result = sd_bus_request_name(bus_, LidHelperService::label, 0);
+        result = setPriority(clientBus_, SD_EVENT_PRIORITY_IDLE);
+    if (result >= 0)
+        result = sd_bus_request_name(clientBus_, LidHelperService::label, 0);
     if (result < 0)
         return std::unexpected(
             busFailure(std::string("The name ") + LidHelperService::label + " cannot be taken", result));
@@ -78,61 +91,99 @@ int LidLeaseBusService::renewLease(sd_bus_message* call, void* userdata, sd_bus_
 
 int LidLeaseBusService::revokeLease(sd_bus_message* call, void* userdata, sd_bus_error* error) {
     auto& self = *static_cast<LidLeaseBusService*>(userdata);
-    if (!self.clients_.contains(sd_bus_message_get_sender(call)))
+    const auto client = self.clients_.find(sd_bus_message_get_sender(call));
+    if (client == self.clients_.end() || (client->second.isAllowed && !client->second.mayHold))
         return sd_bus_reply_method_return(call, nullptr); // it has no lease
     return self.take({kept(call), std::nullopt, false}, error);
 }
 
 int LidLeaseBusService::take(Request request, sd_bus_error* error) {
     const std::string name = sd_bus_message_get_sender(request.call.get());
-    auto client = clients_.find(name);
-    if (client == clients_.end()) {
-        if (const int result = admit(name, error); result < 0)
-            return result;
-        client = clients_.find(name);
-        client->second.waiting.push_back(std::move(request));
-        authorize_(name, lifetime_.guard([this, name](const std::optional<std::string>& refusal) {
-            decided(name, refusal);
-        }));
+    const auto found = clients_.find(name);
+    if (found == clients_.end())
+        return askAfter(name, std::move(request), error);
+    Client& client = found->second;
+    if (client.isGone)
+        return sd_bus_error_set(error, SD_BUS_ERROR_NAME_HAS_NO_OWNER, "The client has left the bus.");
+    // What a lease is ended with is never refused: there are no more of them than of renewals.
+    if (request.deadline && !client.renewals.take(RequestAllowance::Clock::now()))
+        return sd_bus_error_set(error, SD_BUS_ERROR_LIMITS_EXCEEDED, "Too many requests.");
+    if (client.isAllowed) {
+        hand(client, request);
         return 1;
     }
-    if (client->second.isAllowed) {
-        hand(client->second, request);
-        return 1;
-    }
-    if (client->second.waiting.size() >= mostWaitingRequests)
+    if (client.waiting.size() >= mostWaitingRequests)
         return sd_bus_error_set(error, SD_BUS_ERROR_LIMITS_EXCEEDED, "Too many requests are waiting.");
-    client->second.waiting.push_back(std::move(request));
+    client.waiting.push_back(std::move(request));
+    return 1;
+}
+
+int LidLeaseBusService::askAfter(const std::string& name, Request request, sd_bus_error* error) {
+    if (const auto* refusal = refusalOf(name))
+        return sd_bus_error_set(error, refusal->error, refusal->reason.c_str());
+    if (const int result = admit(name, error); result < 0)
+        return result;
+    clients_.at(name).waiting.push_back(std::move(request));
+    authorize_(name, lifetime_.guard([this, name](const std::optional<std::string>& refusal) {
+        decided(name, refusal);
+    }));
     return 1;
 }
 
 int LidLeaseBusService::admit(const std::string& name, sd_bus_error* error) {
     Client client;
-    auto leaving = watchBusName(bus_, name.c_str(), [this, name](const std::string& owner) {
-        if (owner.empty())
-            left(name);
-    });
-    // The watch is in place before the bus answers this, so that a client that is gone fails here.
-    const int result = leaving ? readUser(bus_, name, client.user) : -EIO;
-    if (result < 0)
-        return result;
+    const auto bus = systemBus_.bus();
+    auto leaving = !bus ? std::unexpected(bus.error())
+                        : watchBusName(*bus, name.c_str(), [this, name](const std::string& owner) {
+                              if (owner.empty())
+                                  left(name);
+                          });
+    // The watch is in place before the bus answers this, so that a client that is gone fails here. It may
+    // have left many more requests behind.
+    if (!leaving || readUser(*bus, name, client.user) < 0)
+        return refuse(name, SD_BUS_ERROR_ACCESS_DENIED, "The bus does not know whose request this is.",
+                      error);
     const auto ofUser =
         std::ranges::count_if(clients_, [&](const auto& entry) { return entry.second.user == client.user; });
     if (clients_.size() >= mostClients || static_cast<std::size_t>(ofUser) >= mostClientsOfUser)
-        return sd_bus_error_set(error, SD_BUS_ERROR_LIMITS_EXCEEDED,
-                                "Too many programs keep the computer awake with the lid closed.");
+        return refuse(name, SD_BUS_ERROR_LIMITS_EXCEEDED,
+                      "Too many programs keep the computer awake with the lid closed.", error);
     client.leaving = std::move(*leaving);
     client.connection = listener_.accept();
     if (client.connection == nullptr)
-        return sd_bus_error_set(error, SD_BUS_ERROR_ACCESS_DENIED, "The helper accepts nobody.");
+        return refuse(name, SD_BUS_ERROR_ACCESS_DENIED, "The helper accepts nobody.", error);
     clients_.emplace(name, std::move(client));
     return 0;
+}
+
+int LidLeaseBusService::refuse(const std::string& name, const char* errorName, const std::string& reason,
+                               sd_bus_error* error) {
+    if (refusals_.size() >= mostRefusals)
+        refusals_.erase(
+            std::ranges::min_element(refusals_, {}, [](const auto& entry) { return entry.second.end; }));
+    refusals_.insert_or_assign(name,
+                               Refusal{errorName, reason, RequestAllowance::Clock::now() + refusalTime});
+    return sd_bus_error_set(error, errorName, reason.c_str());
+}
+
+const LidLeaseBusService::Refusal* LidLeaseBusService::refusalOf(const std::string& name) {
+    const auto refusal = refusals_.find(name);
+    if (refusal == refusals_.end())
+        return nullptr;
+    if (RequestAllowance::Clock::now() < refusal->second.end)
+        return &refusal->second;
+    refusals_.erase(refusal); // a new beginning: its session may have become active
+    return nullptr;
 }
 
 void LidLeaseBusService::decided(const std::string& name, const std::optional<std::string>& refusal) {
     const auto client = clients_.find(name);
     if (client == clients_.end())
-        return; // it left
+        return;
+    if (client->second.isGone) {
+        clients_.erase(client);
+        return;
+    }
     const auto waiting = std::exchange(client->second.waiting, {});
     if (!refusal) {
         client->second.isAllowed = true;
@@ -141,11 +192,12 @@ void LidLeaseBusService::decided(const std::string& name, const std::optional<st
         return;
     }
     log_("client " + name + " of user " + std::to_string(client->second.user) + " refused: " + *refusal);
+    clients_.erase(client);
+    BusError error;
+    refuse(name, SD_BUS_ERROR_ACCESS_DENIED, *refusal, error.get());
     for (const auto& request : waiting)
-        if (sd_bus_reply_method_errorf(request.call.get(), SD_BUS_ERROR_ACCESS_DENIED, "%s",
-                                       refusal->c_str()) < 0)
+        if (sd_bus_reply_method_error(request.call.get(), error.get()) < 0)
             log_("a refusal could not be sent to client " + name);
-    clients_.erase(client); // its next request is a new beginning: the session may have become active
 }
 
 void LidLeaseBusService::hand(Client& client, const Request& request) {
@@ -153,6 +205,7 @@ void LidLeaseBusService::hand(Client& client, const Request& request) {
         if (result < 0)
             log(busFailure("An answer could not be sent", result).description);
     };
+    client.mayHold = request.deadline.has_value();
     if (!request.deadline) {
         client.connection->revokeLease(
             [call = request.call, answered] { answered(sd_bus_reply_method_return(call.get(), nullptr)); });
@@ -169,8 +222,13 @@ void LidLeaseBusService::left(const std::string& name) {
     const auto client = clients_.find(name);
     if (client == clients_.end())
         return;
-    if (client->second.isAllowed)
-        client->second.connection->invalidated();
+    if (!client->second.isAllowed) {
+        // The bus counts questions that are not answered, and the helper may not have too many of them.
+        client->second.isGone = true;
+        client->second.waiting.clear();
+        return;
+    }
+    client->second.connection->invalidated();
     clients_.erase(client);
 }
 

@@ -36,10 +36,11 @@ int serve(const std::string& path) {
     bool isOver = false;
     const auto signals = TerminationSignals::watch(event, [&] { isOver = true; });
     BusConnection systemBus(event, **loop);
-    const auto bus = systemBus.bus();
-    if (!signals || !bus)
-        return fail(signals ? bus.error().description : signals.error().description);
-    const Subscription lost = systemBus.lost().subscribe([&] { isOver = true; });
+    BusConnection clientBus(event, **loop);
+    const auto clients = clientBus.bus();
+    if (!signals || !clients)
+        return fail((signals ? clients.error() : signals.error()).description);
+    const Subscription lost = clientBus.lost().subscribe([&] { isOver = true; });
 
     const auto failed = [](const PlatformError& error) { logLine(LogPriority::error, error.description); };
     const SystemDateProvider dates;
@@ -65,11 +66,11 @@ int serve(const std::string& path) {
     LidLeaseListener listener("nobody is checked", helper.requests(**loop));
     SystemDeadlineRecheckNotifier recheck(event, systemBus, failed);
     recheck.observe([&] { helper.check(); });
-    LidLeaseBusService clients(
-        *bus, listener,
+    LidLeaseBusService server(
+        *clients, systemBus, listener,
         [](const std::string&, const LidLeaseBusService::Decided& decided) { decided(std::nullopt); },
         logNotice);
-    if (const auto published = clients.publish(); !published)
+    if (const auto published = server.publish(); !published)
         return fail(published.error().description);
     while (!isOver)
         if (sd_event_run(event, UINT64_MAX) < 0)

@@ -125,6 +125,8 @@ TEST_F(LidHelperBehaviour, PolkitDecidesOnceAboutEachClient) {
     EXPECT_EQ(renew(client), accessDenied);
     EXPECT_EQ(locks(), 0);
     polkit->opinion = FakePolkit::Opinion::yes;
+    EXPECT_EQ(renew(client), accessDenied); // for a moment nobody is asked again
+    pass(1000);
     EXPECT_EQ(renew(client), "");
     EXPECT_EQ(renew(client), "");
     EXPECT_EQ(polkit->asked, std::vector<std::string>(2, std::string("system-bus-name ") + name +
@@ -152,7 +154,7 @@ TEST_F(LidHelperBehaviour, PolkitDecidesOnceAboutEachClient) {
     EXPECT_EQ(renew(client), "");
 }
 
-TEST_F(LidHelperBehaviour, AUserHasSixteenClients) {
+TEST_F(LidHelperBehaviour, AUserHasSixteenClientsThatDoNotAskAllTheTime) {
     std::vector<BusPointer> clients;
     for (int number = 0; number < 16; ++number) {
         clients.push_back(bus.connect(event));
@@ -161,6 +163,17 @@ TEST_F(LidHelperBehaviour, AUserHasSixteenClients) {
     EXPECT_EQ(renew(other), limitsExceeded);
     EXPECT_EQ(renew(clients[3]), "");
     clients.pop_back();
+    EXPECT_TRUE(waitFor([&] { return renew(other).empty(); }));
+
+    std::string answer;
+    int asked = 0;
+    while ((answer = renew(other)).empty())
+        ++asked;
+    EXPECT_EQ(answer, limitsExceeded);
+    EXPECT_GE(asked, 28);
+    clients.clear();
+    EXPECT_EQ(revoke(other), ""); // which is never too often
+    EXPECT_TRUE(waitFor([&] { return locks() == 0; }));
     EXPECT_TRUE(waitFor([&] { return renew(other).empty(); }));
 }
 

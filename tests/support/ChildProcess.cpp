@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <grp.h>
 #include <poll.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
@@ -25,6 +26,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
     EXPECT_GE(pid_, 0);
     if (pid_ != 0)
         return;
+    setsid();                         // as a service has, and with it its own share of the machine
     prctl(PR_SET_PDEATHSIG, SIGKILL); // whatever happens to the test
     for (const auto& each : environment)
         putenv(const_cast<char*>(each.c_str()));
@@ -33,6 +35,18 @@ ChildProcess::ChildProcess(const std::vector<std::string>& command,
     sigprocmask(SIG_SETMASK, &none, nullptr);
     execvp(arguments[0], arguments.data());
     _exit(127);
+}
+
+ChildProcess::ChildProcess(uid_t user, const std::function<int()>& work) : pid_(fork()) {
+    EXPECT_GE(pid_, 0);
+    if (pid_ != 0)
+        return;
+    if (user != geteuid() &&
+        (setgroups(0, nullptr) != 0 || setresgid(user, user, user) != 0 || setresuid(user, user, user) != 0))
+        _exit(126);
+    setsid();
+    prctl(PR_SET_PDEATHSIG, SIGKILL); // which becoming another user would undo
+    _exit(work());
 }
 
 ChildProcess::~ChildProcess() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ class ChildProcess {
     /// `environment` holds NAME=VALUE entries on top of the test's own.
     explicit ChildProcess(const std::vector<std::string>& command,
                           const std::vector<std::string>& environment = {});
+    /// Runs `work` in a process of `user` (only root may choose another one) and of the group of that number.
+    /// Its result is the exit code.
+    ChildProcess(uid_t user, const std::function<int()>& work);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();

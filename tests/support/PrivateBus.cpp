@@ -19,10 +19,11 @@ namespace wakeloft {
 namespace {
 
 void writeConfiguration(const std::filesystem::path& directory, const std::filesystem::path& file) {
-    std::ofstream(file) << "<busconfig><type>session</type><listen>unix:path=" << directory.string()
-                        << "/bus</listen><auth>EXTERNAL</auth><servicedir>" << directory.string()
-                        << "</servicedir><policy context=\"default\"><allow send_destination=\"*\"/>"
-                           "<allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>\n";
+    std::ofstream(file)
+        << "<busconfig><type>session</type><listen>unix:path=" << directory.string()
+        << "/bus</listen><auth>EXTERNAL</auth><servicedir>" << directory.string()
+        << "</servicedir><policy context=\"default\"><allow user=\"*\"/><allow send_destination=\"*\"/>"
+           "<allow receive_sender=\"*\"/><allow own=\"*\"/></policy></busconfig>\n";
 }
 
 /// Starts the daemon, which writes its address to `addressPipe` and messages to `log`. It ends with this
@@ -33,6 +34,7 @@ pid_t startDaemon(const std::filesystem::path& configuration, int addressPipe,
     const std::string addressOption = "--print-address=" + std::to_string(addressPipe);
     const pid_t pid = fork();
     if (pid == 0) {
+        setsid(); // as a service has, and with it its own share of the machine
         prctl(PR_SET_PDEATHSIG, SIGTERM);
         fcntl(addressPipe, F_SETFD, 0);
         const int messages = open(log.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0600);
