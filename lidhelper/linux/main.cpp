@@ -5,6 +5,7 @@
 #include "lease/LidHelperService.h"
 
 #include <cstdlib>
+#include <malloc.h>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -34,6 +35,9 @@ void logStart(const std::optional<std::string>& path, const std::optional<std::s
 } // namespace
 
 int main(int count, char** arguments) {
+    // The memory of a large message goes back to the system with it, however many of them there were.
+    constexpr int largeBytes = 128 * 1024;
+    mallopt(M_MMAP_THRESHOLD, largeBytes);
     const auto loop = SdEventMainRunLoop::create();
     if (!loop)
         return fail(loop.error());

@@ -20,6 +20,7 @@ TEST_F(LidHelperRunning, RubbishIsRefusedAndChangesNothing) {
         sd_bus_message_append(message.get(), "da{sv}", wallClock() + 20, 1, name.c_str(), "s", text.c_str());
         return send(message);
     };
+    const long before = memory();
     std::string huge;
     huge.resize(10'000'000, 'x');
     EXPECT_EQ(noted("note", std::string(5000, 'x')), limitsExceeded);
@@ -41,6 +42,9 @@ TEST_F(LidHelperRunning, RubbishIsRefusedAndChangesNothing) {
     EXPECT_EQ(send(wrongRevocation), invalidArguments);
     EXPECT_EQ(send(call(client.get(), "WriteSetting")), "org.freedesktop.DBus.Error.UnknownMethod");
     EXPECT_EQ(locks(), 0);
+    if (isMeasured) {
+        EXPECT_LE(memory(), before + 1024);
+    }
     EXPECT_EQ(noted("note", std::string(1000, 'x')), ""); // not known, and not too large
     EXPECT_EQ(locks(), 1);
     // The start line, and nothing of what they said.
