@@ -104,7 +104,7 @@ void PanelJourney::press(const std::string& name) {
 bool PanelJourney::sessionsAre(int count) {
     return comesTrue([&] {
         const auto inhibitors = loginManager.wakeloftInhibitors();
-        return std::ranges::count(inhibitors, "idle", &Inhibitor::what) == count;
+        return std::ranges::count(inhibitors, "idle", &ListedInhibitor::what) == count;
     });
 }
 
