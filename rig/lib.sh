@@ -149,3 +149,25 @@ buildPreset() {
 
 # busAnswers ADDRESS: the file of a bus is there a moment before the bus listens.
 busAnswers() { busctl --address="$1" list >/dev/null 2>&1; }
+
+# describeSleepStates DIRECTORY: in its sys/power, as the kernel does for a computer that can sleep.
+describeSleepStates() {
+    mkdir -p "$1/sys/power"
+    echo 'freeze mem disk' >"$1/sys/power/state"
+    echo '[s2idle] deep' >"$1/sys/power/mem_sleep"
+    echo '[platform] shutdown' >"$1/sys/power/disk"
+}
+
+# describeLidSwitch DIRECTORY UDEV-DIRECTORY: in the one's sys as the kernel does, in the other as the device manager.
+# The login manager finds its node, DIRECTORY/lid/switch, with LidSwitch.c.
+describeLidSwitch() {
+    local device=/sys/devices/platform/PNP0C0D:00/input/input0/event0
+    mkdir -p "$1"{"$device",/lid,/sys/class/input,/sys/dev/char} "$2"/{data,tags/power-switch}
+    printf 'MAJOR=13\nMINOR=64\nDEVNAME=input/event0\n' >"$1$device/uevent"
+    ln -s /sys/class/input "$1$device/subsystem"
+    ln -s "$device" "$1/sys/class/input/event0"
+    ln -s "$device" "$1/sys/dev/char/13:64"
+    printf 'I:1\nE:ID_INPUT=1\nE:ID_INPUT_SWITCH=1\nG:power-switch\nQ:power-switch\nV:1\n' >"$2/data/c13:64"
+    : >"$2/tags/power-switch/c13:64"
+    mkfifo "$1/lid/switch"
+}
