@@ -121,6 +121,11 @@ void Machine::signalHelper(int number) {
     ASSERT_EQ(kill(process, number), 0);
 }
 
+std::string Machine::startLine() {
+    return "helper starting: Wakeloft " WAKELOFT_VERSION " (" WAKELOFT_BUILD "), cdhash " +
+           outputOf(std::string("sha256sum <") + program + " | cut -c1-64") + ", from " + program;
+}
+
 std::string Machine::journal() const {
     return outputOf("journalctl --sync; journalctl --after-cursor='" + cursor_ +
                     R"(' | sed -n 's/^.* WakeloftLidHelper\[[0-9]*\]: //p')");

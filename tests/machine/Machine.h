@@ -50,6 +50,7 @@ class Machine : public testing::Test {
 
   protected:
     static constexpr const char* unit = "wakeloft-lidhelper.service";
+    static constexpr const char* program = "/usr/libexec/WakeloftLidHelper";
 
     void SetUp() override;
     void TearDown() override;
@@ -59,6 +60,8 @@ class Machine : public testing::Test {
     /// How many locks of the helper's kind it holds.
     int locks();
     static void signalHelper(int number);
+    /// What the installed helper is to write when it starts.
+    static std::string startLine();
     /// What the helper has written into the journal since the test began.
     [[nodiscard]] std::string journal() const;
     static void setLid(bool isClosed);
