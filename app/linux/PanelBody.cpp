@@ -94,17 +94,17 @@ std::vector<PanelBody::Block> PanelBody::blocks() const {
         blocks.push_back({sessionCaption_, gapBetweenBlocks});
     if (!content_.sessionButtons.empty())
         blocks.push_back({sessionButtons_, hasCaption ? gapBelowCaption : gapBetweenBlocks});
-    blocks.push_back({deepwake_, gapBetweenBlocks});
+    blocks.push_back({deepwake_, gapBetweenBlocks, SwitchRow::ringMargin, SwitchRow::ringMargin});
     if (!content_.deepwakeNotices.empty())
         blocks.push_back({deepwakeNotices_, gapBelowSwitch, NoticeRow::sideMargin});
     if (!content_.notices.empty())
         blocks.push_back({notices_, gapBetweenBlocks, NoticeRow::sideMargin});
     blocks.push_back({loginDivider_, gapBetweenBlocks});
-    blocks.push_back({openAtLogin_, gapBetweenBlocks});
+    blocks.push_back({openAtLogin_, gapBetweenBlocks, SwitchRow::ringMargin, SwitchRow::ringMargin});
     if (!content_.loginNotices.empty())
         blocks.push_back({loginNotices_, gapBelowSwitch, NoticeRow::sideMargin});
     blocks.push_back({settingsDivider_, gapBetweenBlocks});
-    blocks.push_back({settings_, gapAboveSettings});
+    blocks.push_back({settings_, gapAboveSettings, SettingsButton::sideMargin});
     if (!settingsTrouble_.empty())
         blocks.push_back({settingsNotices_, gapBelowSwitch, NoticeRow::sideMargin});
     return blocks;
@@ -137,18 +137,18 @@ int PanelBody::widthOf(const Block& block, int bodyWidth) {
 int PanelBody::heightForWidth(int width) const {
     int height = bottomMargin;
     for (const Block& block : blocks())
-        height += block.gapAbove + block.widget->heightForWidth(widthOf(block, width));
+        height += block.gapAbove + block.widget->heightForWidth(widthOf(block, width)) - 2 * block.rise;
     return height;
 }
 
 void PanelBody::place() {
     int y = 0;
     for (const Block& block : blocks()) {
-        y += block.gapAbove;
+        y += block.gapAbove - block.rise;
         const int blockWidth = widthOf(block, width());
         const int blockHeight = block.widget->heightForWidth(blockWidth);
         block.widget->setGeometry(sideMargin - block.overhang, y, blockWidth, blockHeight);
-        y += blockHeight;
+        y += blockHeight - block.rise;
     }
 }
 

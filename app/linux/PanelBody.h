@@ -40,6 +40,7 @@ class PanelBody : public QWidget {
         QWidget* widget = nullptr;
         int gapAbove = 0;
         int overhang = 0; ///< at both sides, beyond the text's margins
+        int rise = 0;     ///< above and below, into the gaps
     };
     [[nodiscard]] std::vector<Block> blocks() const;
     static int widthOf(const Block& block, int bodyWidth);

@@ -22,7 +22,7 @@ constexpr int gap = 7;
 constexpr int ringReach = 4;
 
 int textWidth(int width) {
-    return width - gearSide - chevronSide - 2 * gap;
+    return width - 2 * SettingsButton::sideMargin - gearSide - chevronSide - 2 * gap;
 }
 
 void paintNamed(QPainter& painter, const std::string& name, const QRect& place, const QColor& color) {
@@ -58,11 +58,13 @@ void SettingsButton::paintEvent(QPaintEvent*) {
     };
     const bool isLit = underMouse() || isDown();
     const QColor ink = palette().color(isLit ? role::text : role::secondaryText);
-    paintNamed(painter, content_.symbol, mirrored({0, (height() - gearSide) / 2, gearSide, gearSide}), ink);
+    paintNamed(painter, content_.symbol,
+               mirrored({sideMargin, (height() - gearSide) / 2, gearSide, gearSide}), ink);
     paintNamed(painter, content_.trailingSymbol,
-               mirrored({width() - chevronSide, (height() - chevronSide) / 2, chevronSide, chevronSide}),
+               mirrored({width() - sideMargin - chevronSide, (height() - chevronSide) / 2, chevronSide,
+                         chevronSide}),
                ink);
-    const QRect place = mirrored({gearSide + gap, 0, textWidth(width()), height()});
+    const QRect place = mirrored({sideMargin + gearSide + gap, 0, textWidth(width()), height()});
     const TextBlock title(QString::fromStdString(content_.title), {font(), layoutDirection()}, place.width());
     painter.setPen(palette().color(role::text));
     title.draw(painter, QPointF(place.x(), std::floor((height() - title.height()) / 2)));

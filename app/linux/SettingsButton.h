@@ -9,6 +9,8 @@ namespace wakeloft {
 /// The row that opens the settings menu: a symbol, the title, and a symbol at the far end.
 class SettingsButton : public QPushButton {
   public:
+    static constexpr int sideMargin = 7; ///< beyond its symbols, for the focus ring around them
+
     explicit SettingsButton(QWidget* parent);
 
     void setContent(const SettingsMenuContent& content);

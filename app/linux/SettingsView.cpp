@@ -80,7 +80,8 @@ void SettingsView::openMenu() {
         connect(action, &QAction::triggered, this, [this, command = item.action] { performLater(command); });
     }
     const auto inset = static_cast<int>(SettingsMenuContent::menuInset);
-    const int x = content.isRightToLeft ? button_.width() + inset - menu_->sizeHint().width() : -inset;
+    const int beside = inset - SettingsButton::sideMargin;
+    const int x = content.isRightToLeft ? button_.width() + beside - menu_->sizeHint().width() : -beside;
     menu_->popup(button_.mapToGlobal(QPoint(x, button_.height() + inset)));
 }
 

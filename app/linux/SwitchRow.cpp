@@ -23,7 +23,7 @@ constexpr int footnoteGap = 3;
 constexpr qreal knobInset = 2.5;
 
 int textWidth(int width) {
-    return width - trackWidth - switchGap;
+    return width - 2 * SwitchRow::ringMargin - trackWidth - switchGap;
 }
 
 } // namespace
@@ -62,35 +62,38 @@ int SwitchRow::titleHeight(int width) const {
 }
 
 int SwitchRow::heightForWidth(int width) const {
-    int height = titleHeight(width);
+    int height = titleHeight(width) + 2 * ringMargin;
     if (!footnote_.isEmpty()) {
-        const TextBlock footnote(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, width);
+        const TextBlock footnote(footnote_, {scaledFont(fontScale::footnote), layoutDirection()},
+                                 width - 2 * ringMargin);
         height += footnoteGap + qRound(footnote.height());
     }
     return height;
 }
 
 bool SwitchRow::hitButton(const QPoint& point) const {
-    return rect().contains(point) && point.y() < titleHeight(width());
+    return rect().contains(point) && point.y() < ringMargin + titleHeight(width());
 }
 
 void SwitchRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const int top = titleHeight(width());
-    const auto mirrored = [this](const QRect& place) {
-        return QStyle::visualRect(layoutDirection(), rect(), place);
+    const QRect inside = rect().adjusted(ringMargin, ringMargin, -ringMargin, -ringMargin);
+    const QRect row(inside.topLeft(), QSize(inside.width(), titleHeight(width())));
+    const auto mirrored = [&](const QRect& place) {
+        return QStyle::visualRect(layoutDirection(), inside, place);
     };
     const TextBlock title(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width()));
+    const QRect text = mirrored({row.x(), row.y(), textWidth(width()), row.height()});
     painter.setPen(palette().color(isEnabled() ? role::text : role::secondaryText));
-    title.draw(painter, QPointF(mirrored({0, 0, textWidth(width()), top}).x(),
-                                std::floor((top - title.height()) / 2)));
-    paintSwitch(painter, mirrored({width() - trackWidth, (top - trackHeight) / 2, trackWidth, trackHeight}));
+    title.draw(painter, QPointF(text.x(), row.y() + std::floor((row.height() - title.height()) / 2)));
+    const int trackTop = row.y() + (row.height() - trackHeight) / 2;
+    paintSwitch(painter, mirrored({row.right() + 1 - trackWidth, trackTop, trackWidth, trackHeight}));
     if (footnote_.isEmpty())
         return;
     painter.setPen(palette().color(role::secondaryText));
-    TextBlock(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, width())
-        .draw(painter, QPointF(0, top + footnoteGap));
+    TextBlock(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, inside.width())
+        .draw(painter, QPointF(inside.x(), row.bottom() + 1 + footnoteGap));
 }
 
 void SwitchRow::paintSwitch(QPainter& painter, const QRectF& track) const {

@@ -13,6 +13,7 @@ namespace wakeloft {
 class SwitchRow : public QCheckBox {
   public:
     using Perform = std::function<void(const PanelAction&)>;
+    static constexpr int ringMargin = 4; ///< around it, which the focus ring of the switch reaches into
 
     SwitchRow(Perform perform, QWidget* parent);
 
