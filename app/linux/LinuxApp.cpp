@@ -121,6 +121,7 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
         systemBus_.reopened().subscribe([this] { panel_.report(AwakePanel::Trouble::systemEvents, ""); });
     tellSettingsTrouble();
     applyTheme(false);
+    QApplication::setLayoutDirection(localizer_.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     QApplication::setWindowIcon(windowIcon());
     if (settings_ != nullptr)
         settingsTroubleChanged_ = settings_->troubleChanged().subscribe([this] { tellSettingsTrouble(); });
