@@ -38,6 +38,14 @@ QList<QTextLayout::FormatRange> fixedDigits(const QString& text, const QFont& fo
     return formats;
 }
 
+/// A sentence without any letter of a right-to-left script keeps its full stop at its right.
+Qt::LayoutDirection readingDirection(const QString& text, Qt::LayoutDirection direction) {
+    const bool isMirrored = std::ranges::any_of(text, [](QChar letter) {
+        return letter.direction() == QChar::DirR || letter.direction() == QChar::DirAL;
+    });
+    return isMirrored ? direction : Qt::LeftToRight;
+}
+
 QString withLineSeparators(QString text) {
     return text.replace(u'\n', QChar::LineSeparator);
 }
@@ -49,7 +57,7 @@ TextBlock::TextBlock(const QString& text, const Format& format, qreal width)
     const Qt::Alignment leading = format.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
     QTextOption option((format.isCentered ? Qt::AlignHCenter : leading) | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
-    option.setTextDirection(format.direction);
+    option.setTextDirection(readingDirection(text, format.direction));
     layout_.setTextOption(option);
     if (format.hasFixedDigits)
         layout_.setFormats(fixedDigits(layout_.text(), format.font));
@@ -84,7 +92,7 @@ void TextBlock::avoidWidow(qreal width) {
         const QTextOption& option = layout_.textOption();
         if (option.alignment().testFlag(Qt::AlignHCenter))
             indent_ = (width - narrower) / 2;
-        else if (option.textDirection() == Qt::RightToLeft)
+        else if (option.alignment().testFlag(Qt::AlignRight))
             indent_ = width - narrower;
         return;
     }
