@@ -124,6 +124,7 @@ void PanelView::become(Form form) {
         return;
     hide();
     form_ = form;
+    isToBeCentered_ = form == Form::window; // not with its title bar under the tray, where the panel was
     isComposited_ = isComposited;
     setAttribute(Qt::WA_TranslucentBackground, isComposited);
     setAttribute(Qt::WA_NoSystemBackground, isComposited);
@@ -254,6 +255,8 @@ void PanelView::fitWindow() {
         move(place - body.topLeft());
     }
     setFixedSize(outer);
+    if (std::exchange(isToBeCentered_, false))
+        move(screen()->availableGeometry().center() - rect().center());
 }
 
 QRect PanelView::bodyRect() const {

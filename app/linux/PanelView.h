@@ -74,6 +74,7 @@ class PanelView : public QWidget {
     Subscription settingsChanged_;
     Form form_ = Form::none;
     bool isComposited_ = false;
+    bool isToBeCentered_ = false;
     bool wasDeactivated_ = false;
     QPoint anchor_;
     QTimer tick_;
