@@ -19,7 +19,9 @@ class FakeService {
     using Answer = std::function<int(sd_bus_message* call, sd_bus_error* error)>;
 
     FakeService(const PrivateBus& bus, sd_event* event, const char* name, const char* path, Answer answer)
-        : answer_(std::move(answer)), bus_(bus.connect(event)) {
+        : FakeService(bus.connect(event), name, path, std::move(answer)) {}
+    FakeService(BusPointer bus, const char* name, const char* path, Answer answer)
+        : answer_(std::move(answer)), bus_(std::move(bus)) {
         EXPECT_GE(sd_bus_add_object(
                       bus_.get(), nullptr, path,
                       [](sd_bus_message* call, void* userdata, sd_bus_error* error) {

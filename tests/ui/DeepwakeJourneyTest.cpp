@@ -91,7 +91,7 @@ TEST_F(DeepwakeJourney, WhatForbidsItIsSaidAndTheSwitchStaysOff) {
     const auto isRefused = [&](const char* sentence) {
         click("Deepwake");
         EXPECT_TRUE(shows(sentence));
-        click("Deepwake"); // the same again
+        press("Deepwake"); // the same again
         EXPECT_TRUE(is("Deepwake", AccessibleTree::checked, false));
         EXPECT_TRUE(shows(sentence));
         EXPECT_EQ(laptop.locks(), 0);

@@ -42,6 +42,10 @@ void PanelJourney::startApp(const std::vector<std::string>& environment) {
     ASSERT_TRUE(comesTrue([this] { return tree.follow(app.process().pid()); })) << "no accessible program";
 }
 
+bool PanelJourney::isPanelOpen() {
+    return tree.find("Wakeloft", "filler").has_value(); // the window's title, in any language
+}
+
 void PanelJourney::openPanel() {
     usleep(handsPauseMicroseconds);
     screen::click(icon_);

@@ -25,7 +25,7 @@ class PanelJourney : public testing::Test {
     /// Clicks the icon and waits for the panel.
     void openPanel();
     /// The panel, apart from the menus and questions around it.
-    [[nodiscard]] bool isPanelOpen() { return tree.find("Settings", "push button").has_value(); }
+    [[nodiscard]] bool isPanelOpen();
 
     /// By the mouse, from the menu of the open panel.
     void chooseSetting(const std::string& name);

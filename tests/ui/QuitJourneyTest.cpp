@@ -63,10 +63,16 @@ TEST_F(QuitJourney, DeepwakeIsAskedAboutInItsOwnWordsAndGivenBack) {
 }
 
 TEST_F(QuitJourney, TheEndOfTheSystemsSessionAsksNothingAndGivesDeepwakeBack) {
-    ASSERT_NO_FATAL_FAILURE(startDeepwake());
-    app.process().signal(SIGTERM);
-    EXPECT_EQ(app.process().wait(promptMs), 0) << app.output();
-    expectEnd();
+    for (const bool isAskingAlready : {false, true}) {
+        ASSERT_NO_FATAL_FAILURE(startDeepwake());
+        if (isAskingAlready) {
+            quitByMenu();
+            ASSERT_TRUE(shows("Quit and end Deepwake?"));
+        }
+        app.process().signal(SIGTERM);
+        EXPECT_EQ(app.process().wait(promptMs), 0) << app.output();
+        expectEnd();
+    }
 }
 
 } // namespace

@@ -8,7 +8,7 @@
 namespace wakeloft {
 
 /// Looks until `condition` holds, at most `timeoutMs`. Returns whether it came to hold.
-bool comesTrue(const std::function<bool()>& condition, int timeoutMs = 5000);
+bool comesTrue(const std::function<bool()>& condition, int timeoutMs = 10'000);
 
 /// The pointer, the keyboard and the picture of the display that the tests were given, through the X server.
 namespace screen {

@@ -47,6 +47,26 @@ TEST_F(SessionJourney, EscapeAPressElsewhereAndTheIconCloseThePanelAndNothingEls
     EXPECT_TRUE(sessionsAre(1));
 }
 
+TEST_F(SessionJourney, StartedAgainItShowsItselfAsAWindowInFullView) {
+    startApp();
+    openPanel();
+    screen::type("Escape");
+    EXPECT_EQ(app.startAgain(), 0);
+    ASSERT_TRUE(tells("off"));
+    const auto icon = screen::trayIcons();
+    ASSERT_TRUE(icon);
+    constexpr int titleBar = 20;
+    const auto isInView = [&] {
+        const auto header = tree.find("Wakeloft, off");
+        return header && tree.area(*header).y > icon->y + icon->height + titleBar;
+    };
+    EXPECT_TRUE(comesTrue(isInView));
+    screen::click(300, 790); // a window stays
+    click("Turn On");
+    EXPECT_TRUE(tells("on"));
+    EXPECT_TRUE(sessionsAre(1));
+}
+
 TEST_F(SessionJourney, APresetStartsATimedSessionWhoseTimeRunsDown) {
     startApp();
     openPanel();
