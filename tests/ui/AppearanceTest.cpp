@@ -130,6 +130,7 @@ std::vector<Look> looks() {
             {"large", false, {"QT_SCALE_FACTOR=2"}}};
 }
 
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(Pictures);
 INSTANTIATE_TEST_SUITE_P(Looks, Pictures, testing::ValuesIn(looks()),
                          [](const auto& look) { return std::string(look.param.name); });
 

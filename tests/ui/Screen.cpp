@@ -14,7 +14,7 @@ namespace wakeloft {
 
 bool comesTrue(const std::function<bool()>& condition, int timeoutMs) {
     using Clock = std::chrono::steady_clock;
-    constexpr auto pause = std::chrono::milliseconds(5);
+    constexpr auto pause = std::chrono::milliseconds(20); // the program and the desktop need the processor
     const auto end = Clock::now() + std::chrono::milliseconds(timeoutMs);
     while (!condition()) {
         if (Clock::now() > end)
