@@ -1,11 +1,48 @@
 // The floor of the tray measurements: the least Qt Widgets program with a tray item, an icon of the sizes
-// that Wakeloft draws and a menu as long as its own, in the environment that Wakeloft makes for itself.
+// that Wakeloft draws and a menu as long as its own, in the environment that Wakeloft makes for itself. A
+// press opens and closes a widget as large as BARE_PANEL says: empty, or where BARE_PANEL_FILLED is set, with
+// the toolkit's own labels and buttons for as much as Wakeloft's panel shows.
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QGridLayout>
 #include <QIcon>
+#include <QLabel>
 #include <QMenu>
 #include <QPixmap>
+#include <QPushButton>
 #include <QSystemTrayIcon>
+#include <QVBoxLayout>
+#include <QWidget>
+
+#include <utility>
+
+namespace {
+
+void fill(QWidget& panel) {
+    auto* column = new QVBoxLayout(&panel);
+    const auto addLabel = [&](const char* text) {
+        auto* label = new QLabel(QString::fromLatin1(text));
+        label->setWordWrap(true);
+        column->addWidget(label);
+    };
+    addLabel("Wakeloft");
+    addLabel("Your computer can sleep.");
+    addLabel("Keeps the computer awake and its display on until you turn it off, or until the time is over.");
+    column->addWidget(new QPushButton(QStringLiteral("Turn on")));
+    addLabel("Turn on for:");
+    auto* grid = new QGridLayout;
+    for (int place = 0; place < 4; ++place)
+        grid->addWidget(new QPushButton(QStringLiteral("%1 min").arg(15 * place)), place / 2, place % 2);
+    column->addLayout(grid);
+    for (const char* title : {"Deepwake", "Open at login"}) {
+        column->addWidget(new QCheckBox(QString::fromLatin1(title)));
+        addLabel("Keeps it awake with the lid closed, for as long as this is turned on.");
+    }
+    column->addWidget(new QPushButton(QStringLiteral("Settings")));
+}
+
+} // namespace
 
 int main(int argc, char** argv) {
     if (qgetenv("XDG_CURRENT_DESKTOP") != "KDE")
@@ -31,5 +68,23 @@ int main(int argc, char** argv) {
     QSystemTrayIcon item(icon);
     item.setContextMenu(&menu);
     item.show();
+
+    QWidget panel(nullptr, Qt::Tool | Qt::FramelessWindowHint | Qt::NoDropShadowWindowHint);
+    panel.setAttribute(Qt::WA_QuitOnClose, false);
+    const QList<QByteArray> size = qgetenv("BARE_PANEL").split('x');
+    if (size.size() == 2)
+        panel.setFixedSize(size[0].toInt(), size[1].toInt());
+    bool isToBeFilled = qEnvironmentVariableIsSet("BARE_PANEL_FILLED");
+    QObject::connect(&item, &QSystemTrayIcon::activated, &panel, [&](QSystemTrayIcon::ActivationReason) {
+        if (std::exchange(isToBeFilled, false))
+            fill(panel);
+        if (panel.isVisible()) {
+            panel.hide();
+            return;
+        }
+        panel.show();
+        panel.raise();
+        panel.activateWindow();
+    });
     return QApplication::exec();
 }

@@ -32,6 +32,8 @@ void measureMemory(Table& table, const MeasuredPrograms& programs);
 void measureHelperMemory(Table& table, const MeasuredPrograms& programs);
 /// A lease that is held and renewed, over a ping to the same helper, with 1, 8 and 64 clients.
 void measureRenewals(Table& table, const MeasuredPrograms& programs);
+/// From the press on the tray item to the panel drawn, over a bare widget of its size.
+void measurePanelOpening(Table& table, const MeasuredPrograms& programs);
 /// From the start to the moment a tray has read the icon.
 void measureStartToTray(Table& table, const MeasuredPrograms& programs);
 /// From the helper's start to the ownership of its name on the bus.

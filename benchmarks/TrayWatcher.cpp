@@ -92,6 +92,22 @@ Clock::time_point TrayWatcher::waitForItem() {
     return iconReadAt_;
 }
 
+void TrayWatcher::press() {
+    sd_bus_message* made = nullptr;
+    int result = sd_bus_message_new_method_call(bus_.get(), &made, item_.c_str(), "/StatusNotifierItem",
+                                                "org.kde.StatusNotifierItem", "Activate");
+    const BusMessage call(made);
+    if (result >= 0)
+        result = sd_bus_message_append(made, "ii", 1200, 14);
+    if (result >= 0)
+        result = sd_bus_message_set_expect_reply(made, 0);
+    if (result >= 0)
+        result = sd_bus_send(bus_.get(), made, nullptr);
+    if (result >= 0)
+        result = sd_bus_flush(bus_.get());
+    check("The tray item cannot be pressed", result);
+}
+
 void TrayWatcher::waitForNoItem() {
     const auto end = Clock::now() + patience;
     while (sd_bus_get_name_creds(bus_.get(), item_.c_str(), 0, nullptr) >= 0)

@@ -14,6 +14,8 @@ class TrayWatcher {
 
     /// Returns when an item has registered and its icon has been read: when that was.
     Clock::time_point waitForItem();
+    /// Presses the item, as a click of the mouse does, and does not wait for the answer.
+    void press();
     /// Returns when the item's program is off the bus.
     void waitForNoItem();
 

@@ -34,6 +34,7 @@ int main(int argc, char** argv) {
         {"renewal", [&](Table& table) { measureRenewals(table, programs); }},
         {"start", [&](Table& table) { measureStartToTray(table, programs); }},
         {"helper-start", [&](Table& table) { measureStartToName(table, programs); }},
+        {"panel", [&](Table& table) { measurePanelOpening(table, programs); }},
         {"memory", [&](Table& table) { measureMemory(table, programs); }},
         {"helper-memory", [&](Table& table) { measureHelperMemory(table, programs); }},
         {"wake-ups", [&](Table& table) { measureWakeUps(table, programs); }},
