@@ -84,7 +84,8 @@ int ActionButton::heightForWidth(int width) const {
 
 void ActionButton::focusInEvent(QFocusEvent* event) {
     hasFocusRing_ = bringsFocusRing(event->reason(), hasFocusRing_);
-    QPushButton::focusInEvent(event);
+    if (hasFocusRing_) // a button without a ring looks the same, and need not be drawn again as the panel opens
+        QPushButton::focusInEvent(event);
 }
 
 void ActionButton::focusOutEvent(QFocusEvent* event) {
