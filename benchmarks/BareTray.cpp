@@ -1,7 +1,7 @@
 // The floor of the tray measurements: the least Qt Widgets program with a tray item, an icon of the sizes
 // that Wakeloft draws and a menu as long as its own, in the environment that Wakeloft makes for itself. A
 // press opens and closes a widget as large as BARE_PANEL says: empty, or where BARE_PANEL_FILLED is set, with
-// the toolkit's own labels and buttons for as much as Wakeloft's panel shows.
+// the toolkit's own labels and buttons for as much as Wakeloft's panel shows, one of which counts seconds.
 
 #include <QApplication>
 #include <QCheckBox>
@@ -12,6 +12,7 @@
 #include <QPixmap>
 #include <QPushButton>
 #include <QSystemTrayIcon>
+#include <QTimer>
 #include <QVBoxLayout>
 #include <QWidget>
 
@@ -28,6 +29,12 @@ void fill(QWidget& panel) {
     };
     addLabel("Wakeloft");
     addLabel("Your computer can sleep.");
+    auto* countdown = new QTimer(&panel);
+    QObject::connect(countdown, &QTimer::timeout, &panel, [&panel, seconds = 0]() mutable {
+        if (panel.isVisible())
+            panel.findChildren<QLabel*>().at(1)->setText(QStringLiteral("Awake for %1").arg(++seconds));
+    });
+    countdown->start(1000);
     addLabel("Keeps the computer awake and its display on until you turn it off, or until the time is over.");
     column->addWidget(new QPushButton(QStringLiteral("Turn on")));
     addLabel("Turn on for:");

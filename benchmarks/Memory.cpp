@@ -2,6 +2,7 @@
 #include "BusCalls.h"
 #include "Fail.h"
 #include "RunningHelper.h"
+#include "TrayWatcher.h"
 
 #include <unistd.h>
 
@@ -50,6 +51,7 @@ struct Memory {
 
 void measureMemory(Table& table, const MeasuredPrograms& programs) {
     constexpr double mostRatio = 1.15;
+    constexpr double mostRatioUsed = 1.25; // with the pages of ICU's data that word lengths of time
     const BusPointer desktop = connectToDesktopBus();
     const auto measure = [&](const std::string& program, Memory& memory) {
         const Program running({program});
@@ -57,16 +59,33 @@ void measureMemory(Table& table, const MeasuredPrograms& programs) {
         std::this_thread::sleep_for(settling);
         memory.add(running);
     };
-    Memory figure;
-    Memory floor;
+    const auto measureUsed = [](const std::string& program, Memory& memory) {
+        const SessionBus sessionBus;
+        TrayWatcher tray(sessionBus.address());
+        auto environment = sessionBus.environment();
+        environment.insert(environment.end(), {{"BARE_PANEL", "300x484"}, {"BARE_PANEL_FILLED", "1"}});
+        const Program running({program}, environment);
+        tray.waitForItem();
+        for (int press = 0; press < 2; ++press) { // opens, and closes
+            tray.press();
+            std::this_thread::sleep_for(settling / 2);
+        }
+        memory.add(running);
+    };
+    Memory figure, floor, used, usedFloor;
     for (int round = 0; round < rounds; ++round) {
         measure(programs.bareTray, floor);
         measure(programs.wakeloft, figure);
+        measureUsed(programs.bareTray, usedFloor);
+        measureUsed(programs.wakeloft, used);
     }
     table.limitRatio("memory, resident (RSS)", "MiB", figure.resident, floor.resident, mostRatio);
     table.limitRatio("memory, proportional (PSS)", "MiB", figure.proportional, floor.proportional, mostRatio);
     table.limitRatio("memory, private", "MiB", figure.own, floor.own, mostRatio);
     table.limitRatio("memory, private and dirty", "MiB", figure.ownDirty, floor.ownDirty, mostRatio);
+    table.limitRatio("panel used, resident (RSS)", "MiB", used.resident, usedFloor.resident, mostRatioUsed);
+    table.limitRatio("... proportional (PSS)", "MiB", used.proportional, usedFloor.proportional, mostRatio);
+    table.limitRatio("... private and dirty", "MiB", used.ownDirty, usedFloor.ownDirty, mostRatio);
 }
 
 void measureHelperMemory(Table& table, const MeasuredPrograms& programs) {

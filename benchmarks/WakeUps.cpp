@@ -23,6 +23,17 @@ constexpr auto minute = seconds(60);
 constexpr auto controlTime = seconds(10);
 constexpr auto aWhile = seconds(1);
 
+/// How often the program's main thread waited for something, and woke.
+double mainThreadWaits(const Program& program) {
+    program.requireRunning();
+    std::ifstream status("/proc/" + std::to_string(program.id()) + "/status");
+    const std::string name = "voluntary_ctxt_switches:";
+    for (std::string line; std::getline(status, line);)
+        if (line.starts_with(name))
+            return std::stod(line.substr(name.size()));
+    fail("The wake-ups of a program cannot be read.");
+}
+
 SwitchesOfThreads readSwitches(const Program& program) {
     program.requireRunning();
     SwitchesOfThreads switches;
@@ -102,14 +113,22 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
     TrayWatcher tray(sessionBus.address());
     const Program inSession({programs.wakeloft}, sessionBus.environment());
     tray.waitForItem();
+    const SessionBus countingBus;
+    TrayWatcher countingTray(countingBus.address());
+    auto counting = countingBus.environment();
+    counting.insert(counting.end(), {{"BARE_PANEL", "300x484"}, {"BARE_PANEL_FILLED", "1"}});
+    const Program bareCounting({programs.bareTray}, counting);
+    countingTray.waitForItem();
     const RunningHelper running(programs);
 
     const BusPointer bus = connectTo(sessionBus.address());
     const BusPointer systemBus = connectToSystemBus();
     startSession(bus.get(), 7200);
     pressTrayItem(bus.get());
+    pressTrayItem(desktop.get());
     std::this_thread::sleep_for(seconds(3)); // the countdown ticks
     pressTrayItem(bus.get());
+    pressTrayItem(desktop.get());
     const auto withLease = switchesWithLease(running); // meanwhile Qt's pool threads end, after 30 s
     std::this_thread::sleep_for(aWhile);
 
@@ -128,16 +147,24 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
         fail("The session ended while it was measured.");
     if (blocks(systemBus.get(), "idle", atRest.id()))
         fail("The program at rest is in a session.");
-    pressTrayItem(bus.get());
+    countingTray.press();
+    std::this_thread::sleep_for(aWhile);
+    pressTrayItem(bus.get()); // with the focus, or it would close again
     std::this_thread::sleep_for(aWhile);
     const SwitchCount openCount(inSession);
+    const double waits = mainThreadWaits(inSession);
+    const double bareWaits = mainThreadWaits(bareCounting);
     std::this_thread::sleep_for(controlTime);
     const double openSwitches = openCount.soFar();
+    const double waitsOpen = (mainThreadWaits(inSession) - waits) / static_cast<double>(controlTime.count());
+    const double bareWaitsOpen =
+        (mainThreadWaits(bareCounting) - bareWaits) / static_cast<double>(controlTime.count());
 
-    table.limit("context switches, 60 s at rest", "", atRestSwitches, bareSwitches, 0);
+    table.limit("context switches, 60 s, panel used", "", atRestSwitches, bareSwitches, 0);
     table.limit("... 60 s in a session, panel closed", "", inSessionSwitches, bareSwitches, 0);
     table.require("... a second, panel open (control)", "/s",
                   openSwitches / static_cast<double>(controlTime.count()), 1);
+    table.limit("... its main thread's wake-ups", "/s", waitsOpen, bareWaitsOpen, 1.2 * bareWaitsOpen);
     table.limit("helper, 60 s at rest", "", helperSwitches, bareServiceSwitches, 0);
     table.limit("... 60 s, lease renewed 6 times", "", withLease.helper, withLease.bareService,
                 withLease.bareService + renewals); // at most one more for each
