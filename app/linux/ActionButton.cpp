@@ -84,7 +84,8 @@ int ActionButton::heightForWidth(int width) const {
 
 void ActionButton::focusInEvent(QFocusEvent* event) {
     hasFocusRing_ = bringsFocusRing(event->reason(), hasFocusRing_);
-    if (hasFocusRing_) // a button without a ring looks the same, and need not be drawn again as the panel opens
+    // Without a ring it looks the same, and need not be drawn again as the panel opens.
+    if (hasFocusRing_)
         QPushButton::focusInEvent(event);
 }
 
