@@ -3,6 +3,7 @@
 #include "FailureText.h"
 #include "status/AwakeSessionControls.h"
 
+#include <cmath>
 #include <utility>
 
 namespace wakeloft {
@@ -74,6 +75,14 @@ TrayContent AwakePanel::trayContent() const {
     content.menu.push_back({localizer_.text("Quit Wakeloft"), {Kind::quit, 0}});
     content.isRightToLeft = localizer_.isRightToLeft();
     return content;
+}
+
+std::optional<Seconds> AwakePanel::untilStatusLineTicks() const {
+    constexpr Seconds justAfter = 0.005; // no clock is so exact that it would not show a second twice
+    const auto remaining = controller_.remaining();
+    if (!controller_.isOn() || !remaining)
+        return std::nullopt;
+    return *remaining > 0 ? std::fmod(*remaining, 1) + justAfter : 1;
 }
 
 void AwakePanel::perform(const PanelAction& action) {

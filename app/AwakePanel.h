@@ -33,6 +33,10 @@ class AwakePanel {
     [[nodiscard]] PanelContent content() const;
     [[nodiscard]] TrayContent trayContent() const;
 
+    /// How long the status line of `content` is right from now on, short of anything happening: until just
+    /// after its second has passed. Nothing where it does not tick.
+    [[nodiscard]] std::optional<Seconds> untilStatusLineTicks() const;
+
     void perform(const PanelAction& action);
 
     /// Brings the state up to date; a view calls it each time the user opens the panel.

@@ -5,6 +5,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wakeloft {
@@ -64,9 +65,17 @@ struct PanelNotice {
     bool operator==(const PanelNotice&) const = default;
 };
 
+/// "info.circle": the symbol by its name.
+std::string_view symbolName(PanelNotice::Symbol symbol);
+
 /// Everything that the panel shows above the settings button, top to bottom. A view draws it and holds no
 /// rule and no text.
 struct PanelContent {
+    static constexpr double width = 260;            ///< points
+    static constexpr double blockSpacing = 14;      ///< from one block to the next
+    static constexpr double captionSpacing = 6;     ///< below the caption of the session buttons
+    static constexpr double noticeSymbolWidth = 12; ///< what a notice's text is set off by, beside a gap
+
     MenuBarIcon icon;
     std::string title;
     std::string spokenStatus; ///< the accessible name of the whole header

@@ -14,7 +14,7 @@ namespace wakeloft {
 
 namespace {
 
-constexpr int symbolWidth = 12;
+constexpr auto symbolWidth = static_cast<int>(PanelContent::noticeSymbolWidth);
 constexpr int symbolGap = 6;
 constexpr int linkGap = 2;
 

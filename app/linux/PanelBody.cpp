@@ -13,8 +13,8 @@ namespace {
 constexpr int sideMargin = 16;
 constexpr int topMargin = 14;
 constexpr int bottomMargin = 12;
-constexpr int gapBetweenBlocks = 14;
-constexpr int gapBelowCaption = 6;
+constexpr auto gapBetweenBlocks = static_cast<int>(PanelContent::blockSpacing);
+constexpr auto gapBelowCaption = static_cast<int>(PanelContent::captionSpacing);
 constexpr int gapBelowSwitch = 8;
 constexpr int gapAboveSettings = 10;
 

@@ -18,7 +18,7 @@ namespace wakeloft {
 /// Everything within the panel's edges, top to bottom.
 class PanelBody : public QWidget {
   public:
-    static constexpr int fixedWidth = 260;
+    static constexpr auto fixedWidth = static_cast<int>(PanelContent::width);
 
     PanelBody(ActionButton::Perform perform, QWidget* parent);
 

@@ -58,6 +58,7 @@ TEST_F(Panel, OffOffersToTurnOnAndThePresets) {
     EXPECT_EQ(panel.content().statusLine, "On");
     EXPECT_EQ(panel.content().mainButton.title, "Turn Off");
     EXPECT_FALSE(panel.content().statusLineTicks);
+    EXPECT_EQ(panel.untilStatusLineTicks(), std::nullopt);
     clickMain();
     EXPECT_FALSE(controller.isOn());
 }
@@ -70,10 +71,14 @@ TEST_F(Panel, ATimedSessionCountsDownAndOffersToDropItsTimer) {
     EXPECT_EQ(content.spokenStatus, "Wakeloft, on, 28 minutes/de left");
     EXPECT_TRUE(content.statusLineTicks);
     EXPECT_TRUE(content.icon.showsTimerBadge);
+    for (int seconds = 1737; seconds > 1730; --seconds) { // every second shows, and once
+        clocks.pass(panel.untilStatusLineTicks().value());
+        EXPECT_EQ(panel.content().statusLine, "On · " + std::to_string(seconds) + " s left");
+    }
     ASSERT_EQ(content.sessionButtons.size(), 1U);
     EXPECT_EQ(content.sessionButtons[0].title, "Stay awake without a timer");
     localizer.isArabic = true;
-    EXPECT_EQ(panel.content().statusLine, "On · \u20661738 s\u2069 left");
+    EXPECT_EQ(panel.content().statusLine, "On · \u20661731 s\u2069 left");
     panel.perform(content.sessionButtons[0].action);
     EXPECT_EQ(controller.activeUntil(), std::nullopt);
     EXPECT_TRUE(controller.isOn());
@@ -208,6 +213,7 @@ TEST_F(Panel, AFailureIsToldWithAWayOut) {
     EXPECT_EQ(content.mainButton.title, "Turn On");
     ASSERT_EQ(content.notices.size(), 1U);
     EXPECT_EQ(content.notices[0].text, "The login manager said no.");
+    EXPECT_EQ(symbolName(content.notices[0].symbol), "exclamationmark.triangle.fill");
     ASSERT_TRUE(content.notices[0].link);
     EXPECT_EQ(content.notices[0].link->title, "Don't retry when Wakeloft opens");
     panel.perform(content.notices[0].link->action);
