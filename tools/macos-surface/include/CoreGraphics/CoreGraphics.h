@@ -1,5 +1,5 @@
 #pragma once
-#include <SurfaceBase.h>
+#include <CoreGraphics/CGContext.h>
 NS_ASSUME_NONNULL_BEGIN
 typedef uint32_t CGDirectDisplayID;
 typedef int boolean_t;
