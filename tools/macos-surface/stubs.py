@@ -80,7 +80,7 @@ def main():
         place = f'/System/Library/Frameworks/{name}.framework'
         classes, symbols = declared(name)
         if name == 'CoreFoundation':
-            symbols |= {'___CFConstantStringClassReference', '_OBJC_EHTYPE_$_NSException'}  # which no header tells of
+            symbols |= {'___CFConstantStringClassReference', '___NSArray0__', '_OBJC_EHTYPE_$_NSException'}  # in no header
         write(f'{folder}{place}/{name}.tbd', f'{place}/Versions/{version}/{name}', classes, symbols)
     classes, symbols = declared(None)
     symbols -= {'___dso_handle', '__mh_execute_header'}  # which the linker makes

@@ -1,11 +1,10 @@
 #pragma once
+#include <CoreGraphics/CoreGraphics.h>
 #include <Foundation/Foundation.h>
-NS_ASSUME_NONNULL_BEGIN
-SURFACE_EXTERN NSRunLoopMode const NSEventTrackingRunLoopMode;
-SURFACE_EXTERN NSNotificationName const NSApplicationDidChangeScreenParametersNotification;
-SURFACE_EXTERN NSNotificationName const NSWorkspaceDidWakeNotification;
-@interface NSWorkspace : NSObject
-@property (class, readonly, strong) NSWorkspace *sharedWorkspace;
-@property (readonly, strong) NSNotificationCenter *notificationCenter;
-@end
-NS_ASSUME_NONNULL_END
+#include <AppKit/NSApplication.h>
+#include <AppKit/NSControls.h>
+#include <AppKit/NSDrawing.h>
+#include <AppKit/NSMenus.h>
+#include <AppKit/NSResponder.h>
+#include <AppKit/NSView.h>
+#include <AppKit/NSWindows.h>

@@ -4,6 +4,7 @@
 #include <objc/NSObject.h>
 #include <Foundation/NSCollections.h>
 #include <Foundation/NSFormatting.h>
+#include <Foundation/NSGeometry.h>
 #include <Foundation/NSSystem.h>
 #include <Foundation/NSValues.h>
 #include <Foundation/NSXPCConnection.h>

@@ -38,8 +38,11 @@ SURFACE_EXTERN NSRunLoopMode const NSRunLoopCommonModes;
 
 typedef NSString *NSNotificationName;
 SURFACE_EXTERN NSNotificationName const NSSystemClockDidChangeNotification SURFACE_SINCE(10.6);
-@class NSOperationQueue;
+@interface NSOperationQueue : NSObject
+@property (class, readonly, strong) NSOperationQueue *mainQueue SURFACE_SINCE(10.6);
+@end
 @interface NSNotification : NSObject
+@property (nullable, readonly, strong) id object;
 @end
 @interface NSNotificationCenter : NSObject
 @property (class, readonly, strong) NSNotificationCenter *defaultCenter;

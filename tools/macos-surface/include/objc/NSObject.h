@@ -17,7 +17,7 @@ typedef long NSInteger;
 typedef unsigned long NSUInteger;
 
 NS_ASSUME_NONNULL_BEGIN
-@class NSString;
+@class NSCoder, NSString;
 @protocol NSObject
 - (BOOL)isEqual:(id)object;
 - (instancetype)self;
