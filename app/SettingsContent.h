@@ -38,6 +38,17 @@ struct SettingsMenuContent {
     /// How far the menu's corner is from the button's: below it, and towards the start of the line.
     static constexpr double menuInset = 14;
 
+    struct Place {
+        double x = 0;
+        double y = 0;
+
+        bool operator==(const Place&) const = default;
+    };
+    /// That corner of the menu, from the lower left one of a button of that width; y grows upwards.
+    [[nodiscard]] Place menuPlace(double buttonWidth) const {
+        return {isRightToLeft ? buttonWidth + menuInset : -menuInset, -menuInset};
+    }
+
     std::string title;
     std::string symbol;         ///< before the title
     std::string trailingSymbol; ///< at the end of the row

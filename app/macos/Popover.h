@@ -20,7 +20,7 @@ class Popover {
     Popover& operator=(const Popover&) = delete;
     ~Popover();
 
-    /// Below `anchor`, which is in a window and whose y grows upwards, or where there is room.
+    /// Below `anchor`, which is in a window, or where there is room.
     void showBelow(NSView* anchor);
     /// Takes on the size of what is in it.
     void fit();

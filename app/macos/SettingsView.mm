@@ -49,10 +49,9 @@ void SettingsView::openMenu() {
     for (const auto& item : content.items)
         [menu addItem:itemFor(item)];
     menu_ = menu;
-    constexpr CGFloat inset = SettingsMenuContent::menuInset;
-    const CGFloat x = content.isRightToLeft ? button_.anchor().bounds.size.width + inset : -inset;
+    const auto place = content.menuPlace(button_.anchor().bounds.size.width);
     // Returns when the menu has closed, and a command of it may have ended this object by then.
-    [menu popUpMenuPositioningItem:nil atLocation:NSMakePoint(x, -inset) inView:button_.anchor()];
+    [menu popUpMenuPositioningItem:nil atLocation:NSMakePoint(place.x, place.y) inView:button_.anchor()];
 }
 
 bool SettingsView::performShortcut(NSEvent* event) {
@@ -87,6 +86,7 @@ void SettingsView::showPopover(SettingsPopupKind kind) {
     } else {
         content = aboutBox(source_.about.content());
     }
+    // No cycle: what the popover tells does not keep this object.
     popover_ = std::make_unique<Popover>(content, NSPopoverBehaviorTransient,
                                          lifetime_.guard([this, kind] { popoverCloses(kind); }));
     popover_->showBelow(button_.anchor());

@@ -33,8 +33,10 @@ TEST_F(Settings, TheMenuOffersTheSecondaryCommands) {
     EXPECT_EQ(lines, "Choose preset durations…|About Wakeloft|Check for Updates…|Send Feedback||"
                      "Quit Wakeloft (q)|");
     EXPECT_FALSE(content.isRightToLeft);
+    EXPECT_EQ(content.menuPlace(228), (SettingsMenuContent::Place{-14, -14}));
     localizer.isArabic = true;
     EXPECT_TRUE(menu.content().isRightToLeft);
+    EXPECT_EQ(menu.content().menuPlace(228), (SettingsMenuContent::Place{242, -14}));
 
     choose(2);
     choose(3);
