@@ -21,6 +21,7 @@ NSButton* makeButton(ActionButton::Kind kind) {
     case ActionButton::Kind::small:
         button.bezelStyle = NSBezelStylePush;
         button.controlSize = NSControlSizeSmall;
+        button.font = [NSFont systemFontOfSize:[NSFont systemFontSizeForControlSize:NSControlSizeSmall]];
         break;
     case ActionButton::Kind::link:
         button.bordered = NO;

@@ -6,11 +6,6 @@ NS_ASSUME_NONNULL_BEGIN
 typedef NSInteger NSControlStateValue;
 static const NSControlStateValue NSControlStateValueOff = 0;
 static const NSControlStateValue NSControlStateValueOn = 1;
-typedef NS_ENUM(NSUInteger, NSControlSize) {
-    NSControlSizeRegular = 0,
-    NSControlSizeSmall = 1,
-    NSControlSizeLarge SURFACE_SINCE(11.0) = 3
-};
 typedef NS_ENUM(NSInteger, NSWritingDirection) {
     NSWritingDirectionNatural = -1,
     NSWritingDirectionLeftToRight = 0,

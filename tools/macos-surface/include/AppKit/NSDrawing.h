@@ -13,6 +13,11 @@ NS_ASSUME_NONNULL_BEGIN
 @property (class, readonly, strong) NSColor *controlAccentColor SURFACE_SINCE(10.14);
 @end
 
+typedef NS_ENUM(NSUInteger, NSControlSize) {
+    NSControlSizeRegular = 0,
+    NSControlSizeSmall = 1,
+    NSControlSizeLarge SURFACE_SINCE(11.0) = 3
+};
 typedef CGFloat NSFontWeight;
 SURFACE_EXTERN const NSFontWeight NSFontWeightRegular SURFACE_SINCE(10.11);
 SURFACE_EXTERN const NSFontWeight NSFontWeightMedium SURFACE_SINCE(10.11);
@@ -26,6 +31,8 @@ SURFACE_EXTERN NSFontTextStyle const NSFontTextStyleSubheadline SURFACE_SINCE(11
 @interface NSFont : NSObject <NSCopying>
 @property (class, readonly) CGFloat systemFontSize;
 @property (readonly) CGFloat pointSize;
++ (NSFont *)systemFontOfSize:(CGFloat)size;
++ (CGFloat)systemFontSizeForControlSize:(NSControlSize)controlSize;
 + (NSFont *)preferredFontForTextStyle:(NSFontTextStyle)style
                               options:(NSDictionary<NSFontTextStyleOptionKey, id> *)options SURFACE_SINCE(11.0);
 + (NSFont *)monospacedDigitSystemFontOfSize:(CGFloat)size weight:(NSFontWeight)weight SURFACE_SINCE(10.11);
