@@ -3,6 +3,7 @@
 #include "FoundationText.h"
 #include "GlyphImage.h"
 #include "PanelPopover.h"
+#include "support/Lifetime.h"
 #include "support/MainThread.h"
 
 #include <utility>
@@ -16,6 +17,7 @@ struct MenuBarItem::Views {
     NSStatusItem* item;
     ActionHandler* pressed;
     std::unique_ptr<PanelPopover> popover; ///< none before it is first opened
+    Lifetime lifetime;
 
     Views(AwakePanel& panelToShow, const SettingsSource& settingsToShow);
     Views(const Views&) = delete;
@@ -26,6 +28,8 @@ struct MenuBarItem::Views {
     void refresh();
     void openPanel();
     void press();
+    void highlight(bool isOpen);
+    void highlightAfterPress();
 };
 
 MenuBarItem::Views::Views(AwakePanel& panelToShow, const SettingsSource& settingsToShow)
@@ -72,8 +76,7 @@ void MenuBarItem::Views::openPanel() {
         return;
     }
     if (popover == nullptr)
-        popover = std::make_unique<PanelPopover>(panel, settings,
-                                                 [this](bool isOpen) { [item.button highlight:isOpen]; });
+        popover = std::make_unique<PanelPopover>(panel, settings, [this](bool isOpen) { highlight(isOpen); });
     popover->openBelow(button);
 }
 
@@ -82,6 +85,25 @@ void MenuBarItem::Views::press() {
         popover->close();
     else
         openPanel();
+}
+
+void MenuBarItem::Views::highlight(bool isOpen) {
+    [item.button highlight:isOpen];
+    if (!isOpen)
+        return;
+    // The press that opens the panel takes the highlight away when it ends. Until then the run loop is in
+    // another mode. No cycle: the run loop holds the block, and that does not keep this object.
+    const auto later = lifetime.guard([this] { highlightAfterPress(); });
+    [NSRunLoop.mainRunLoop performInModes:@[ NSDefaultRunLoopMode ]
+                                    block:^{
+                                        requireMainThread("the highlight of the menu bar's item");
+                                        later();
+                                    }];
+}
+
+void MenuBarItem::Views::highlightAfterPress() {
+    if (popover->isOpen())
+        [item.button highlight:YES];
 }
 
 MenuBarItem::MenuBarItem(AwakePanel& panel, const SettingsSource& settings)

@@ -25,6 +25,7 @@ typedef NS_OPTIONS(NSUInteger, NSSearchPathDomainMask) { NSUserDomainMask = 1, N
 
 typedef NSString *NSRunLoopMode;
 SURFACE_EXTERN NSRunLoopMode const NSRunLoopCommonModes;
+SURFACE_EXTERN NSRunLoopMode const NSDefaultRunLoopMode;
 @interface NSTimer : NSObject
 + (NSTimer *)timerWithTimeInterval:(NSTimeInterval)interval
                            repeats:(BOOL)repeats
@@ -34,6 +35,7 @@ SURFACE_EXTERN NSRunLoopMode const NSRunLoopCommonModes;
 @interface NSRunLoop : NSObject
 @property (class, readonly, strong) NSRunLoop *mainRunLoop;
 - (void)addTimer:(NSTimer *)timer forMode:(NSRunLoopMode)mode;
+- (void)performInModes:(NSArray<NSRunLoopMode> *)modes block:(void (^)(void))block SURFACE_SINCE(10.12);
 @end
 
 typedef NSString *NSNotificationName;
