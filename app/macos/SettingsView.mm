@@ -29,7 +29,7 @@ SettingsView::SettingsView(const SettingsSource& source, SettingsButton& button)
 NSMenuItem* SettingsView::itemFor(const SettingsMenuItem& content) {
     if (content.title.empty())
         return [NSMenuItem separatorItem];
-    // No cycle: the item holds the handler, and that neither the item nor this object alive.
+    // No cycle: the item holds the handler, and that keeps neither the item nor this object.
     ActionHandler* handler = [[ActionHandler alloc]
         initWithAction:lifetime_.guard([this, action = content.action] { source_.menu.perform(action); })];
     NSMenuItem* item = [[NSMenuItem alloc] initWithTitle:foundationText(content.title)
@@ -69,7 +69,7 @@ void SettingsView::refresh() {
         shown_ = popup;
         popover_.reset(); // closes
         chooser_.reset();
-        if (shown_ && button_.anchor().window != nil)
+        if (shown_)
             showPopover(*shown_);
     } else if (chooser_ != nullptr && shown_) {
         chooser_->setContent(source_.presets.content());
@@ -77,6 +77,10 @@ void SettingsView::refresh() {
 }
 
 void SettingsView::showPopover(SettingsPopupKind kind) {
+    if (button_.anchor().window == nil) {
+        popoverCloses(kind); // the panel has closed meanwhile
+        return;
+    }
     NSView* content = nil;
     if (kind == SettingsPopupKind::settings) {
         chooser_ = std::make_unique<PresetChooser>(
