@@ -19,6 +19,7 @@ NSBox* divider() {
     NSBox* line = [[NSBox alloc] initWithFrame:NSZeroRect];
     line.boxType = NSBoxSeparator;
     setWidth(line, innerWidth);
+    [line.heightAnchor constraintEqualToConstant:1].active = YES;
     return line;
 }
 
