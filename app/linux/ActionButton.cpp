@@ -42,11 +42,6 @@ QFont fontOf(ActionButton::Kind kind) {
     return scaledFont(fontScale::footnote, QFont::Medium);
 }
 
-QColor mixed(const QColor& a, const QColor& b, qreal shareOfB) {
-    const auto mix = [&](int x, int y) { return qRound(x + (y - x) * shareOfB); };
-    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
-}
-
 } // namespace
 
 ActionButton::ActionButton(Kind kind, Perform perform, QWidget* parent) : QPushButton(parent), kind_(kind) {

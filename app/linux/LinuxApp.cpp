@@ -120,7 +120,7 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
     systemBusReopened_ =
         systemBus_.reopened().subscribe([this] { panel_.report(AwakePanel::Trouble::systemEvents, ""); });
     tellSettingsTrouble();
-    applyTheme(false);
+    applyTheme({});
     QApplication::setLayoutDirection(localizer_.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight);
     QApplication::setWindowIcon(windowIcon());
     if (settings_ != nullptr)
@@ -130,7 +130,7 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
         noTrayHost();
         return;
     }
-    followColorScheme(surroundings.sessionBus);
+    followAppearance(surroundings.sessionBus);
     tray_ = std::make_unique<Tray>(
         surroundings.sessionBus, loop_, panel_,
         Tray::Events{.pressed = [this](int x, int y, const std::string& token) { trayPressed(x, y, token); },
@@ -201,12 +201,12 @@ void LinuxApp::tellSettingsTrouble() {
     panel_.report(AwakePanel::Trouble::settingsWrite, writeTrouble);
 }
 
-void LinuxApp::followColorScheme(sd_bus* sessionBus) {
-    auto scheme = ColorScheme::follow(sessionBus, [](bool isDark) { applyTheme(isDark); });
-    if (scheme)
-        colorScheme_ = std::move(*scheme);
+void LinuxApp::followAppearance(sd_bus* sessionBus) {
+    auto followed = DesktopAppearance::follow(sessionBus, applyTheme);
+    if (followed)
+        appearance_ = std::move(*followed);
     else
-        log(scheme.error().description); // light colours then
+        log(followed.error().description); // as without a portal then
 }
 
 void LinuxApp::noTrayHost() {

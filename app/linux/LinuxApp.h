@@ -3,8 +3,8 @@
 #include "AboutPopup.h"
 #include "AwakePanel.h"
 #include "BusConnection.h"
-#include "ColorScheme.h"
 #include "Deepwake.h"
+#include "DesktopAppearance.h"
 #include "DesktopApplication.h"
 #include "GettextLocalizer.h"
 #include "IcuDurationFormatter.h"
@@ -68,7 +68,7 @@ class LinuxApp {
     void noTrayHost();
     void trayPressed(int x, int y, const std::string& activationToken);
     void refresh();
-    void followColorScheme(sd_bus* sessionBus);
+    void followAppearance(sd_bus* sessionBus);
 
     SdEventMainRunLoop& loop_;
     QuitConfirmationDelegate quitConfirmation_;
@@ -103,7 +103,7 @@ class LinuxApp {
     SettingsPopup settingsPopup_;
     AboutPopup about_;
     PanelView view_;
-    std::unique_ptr<ColorScheme> colorScheme_;
+    std::unique_ptr<DesktopAppearance> appearance_;
     std::unique_ptr<Tray> tray_;
     std::string loggedReadTrouble_;
     Subscription panelChanged_;

@@ -1,5 +1,6 @@
 #include "Popover.h"
 
+#include "Motion.h"
 #include "PanelFrame.h"
 #include "X11Desktop.h"
 
@@ -54,6 +55,7 @@ void Popover::open() {
     winId(); // the native window, to describe it before it appears
     if (isComposited_)
         declareShadow(*windowHandle(), panelFrame::margins);
+    fadeIn(*this);
     show();
     content_->setFocus(Qt::PopupFocusReason);
 }

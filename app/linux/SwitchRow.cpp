@@ -28,7 +28,8 @@ int textWidth(int width) {
 
 } // namespace
 
-SwitchRow::SwitchRow(Perform perform, QWidget* parent) : QCheckBox(parent) {
+SwitchRow::SwitchRow(Perform perform, QWidget* parent)
+    : QCheckBox(parent), knob_(*this, 0, [this](qreal) { update(); }) {
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
     const auto pressed = [this, perform = std::move(perform)] {
@@ -51,7 +52,10 @@ void SwitchRow::setContent(const PanelSwitch& content) {
     // No text(): an ampersand there would become a keyboard shortcut.
     setAccessibleName(title_);
     setAccessibleDescription(footnote_);
-    setChecked(content.isOn);
+    if (isChecked() != content.isOn) {
+        setChecked(content.isOn);
+        knob_.moveTo(content.isOn ? 1 : 0);
+    }
     setEnabled(content.isEnabled);
     update();
 }
@@ -98,7 +102,7 @@ void SwitchRow::paintEvent(QPaintEvent*) {
 
 void SwitchRow::paintSwitch(QPainter& painter, const QRectF& track) const {
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
-    QColor fill = palette().color(isChecked() ? role::accent : role::switchOff);
+    QColor fill = mixed(palette().color(role::switchOff), palette().color(role::accent), knob_.value());
     if (isEnabled() && (isDown() || underMouse()))
         fill = isDown() ? fill.darker(112) : fill.lighter(107);
     if (hasFocus() && hasFocusRing_) {
@@ -112,8 +116,8 @@ void SwitchRow::paintSwitch(QPainter& painter, const QRectF& track) const {
     painter.setBrush(fill);
     painter.drawRoundedRect(track, track.height() / 2, track.height() / 2);
     const qreal size = track.height() - 2 * knobInset;
-    const qreal x =
-        isChecked() != isRightToLeft ? track.right() - knobInset - size : track.left() + knobInset;
+    const qreal way = track.width() - 2 * knobInset - size;
+    const qreal x = track.left() + knobInset + way * (isRightToLeft ? 1 - knob_.value() : knob_.value());
     painter.setBrush(Qt::white);
     painter.drawEllipse(QRectF(x, track.top() + knobInset, size, size));
     painter.setOpacity(1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Motion.h"
 #include "PanelContent.h"
 
 #include <QCheckBox>
@@ -35,6 +36,7 @@ class SwitchRow : public QCheckBox {
     PanelSwitch content_;
     QString title_;
     QString footnote_;
+    Motion knob_; ///< from off, 0, to on, 1
     bool hasFocusRing_ = false;
 };
 

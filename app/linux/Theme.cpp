@@ -1,7 +1,8 @@
 #include "Theme.h"
 
+#include "Style.h"
+
 #include <QApplication>
-#include <QStyle>
 
 namespace wakeloft {
 
@@ -50,11 +51,18 @@ QPalette themePalette(bool isDark) {
     return palette;
 }
 
-void applyTheme(bool isDark) {
-    const QString fusion = QStringLiteral("fusion");
-    if (QApplication::style()->name().compare(fusion, Qt::CaseInsensitive) != 0)
-        QApplication::setStyle(fusion);
-    QApplication::setPalette(themePalette(isDark));
+QColor mixed(const QColor& a, const QColor& b, qreal shareOfB) {
+    const auto mix = [&](int x, int y) { return qRound(x + (y - x) * shareOfB); };
+    return {mix(a.red(), b.red()), mix(a.green(), b.green()), mix(a.blue(), b.blue())};
+}
+
+void applyTheme(const Appearance& appearance) {
+    auto* style = dynamic_cast<Style*>(QApplication::style());
+    if (style == nullptr)
+        QApplication::setStyle(style = new Style);
+    style->setReducesMotion(appearance.reducesMotion);
+    // NOLINTNEXTLINE(clang-analyzer-cplusplus.NewDeleteLeaks): the application owns its style
+    QApplication::setPalette(themePalette(appearance.isDark));
 }
 
 QFont scaledFont(qreal scale, QFont::Weight weight) {

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "Appearance.h"
+
+#include <QColor>
 #include <QFont>
 #include <QPalette>
 
@@ -24,9 +27,12 @@ constexpr auto star = QPalette::Light;
 
 QPalette themePalette(bool isDark);
 
-/// Gives the whole application our look: Fusion and `themePalette`. May be called again when the scheme
-/// changes.
-void applyTheme(bool isDark);
+/// `a` with so much of `b`, from 0 to 1.
+QColor mixed(const QColor& a, const QColor& b, qreal shareOfB);
+
+/// Gives the whole application our look: our style and `themePalette`. May be called again when the user
+/// wants another appearance.
+void applyTheme(const Appearance& appearance);
 
 /// Multiples of the system's font size.
 namespace fontScale {

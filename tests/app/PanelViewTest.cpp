@@ -377,6 +377,6 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     const QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    applyTheme(false);
+    applyTheme({});
     return RUN_ALL_TESTS();
 }

@@ -1,4 +1,4 @@
-#include "ui/ColorSchemePortal.h"
+#include "support/AppearancePortal.h"
 #include "ui/PanelJourney.h"
 
 #include <unistd.h>
@@ -23,7 +23,7 @@ struct Appearance : PanelJourney {
 TEST_F(Appearance, FollowsTheDesktopsPreferenceForDarkColours) {
     constexpr double dark = 80;
     constexpr double light = 180;
-    ColorSchemePortal portal(app.event(), true);
+    AppearancePortal portal(openSessionBus(app.event()).value(), true);
     startApp();
     openPanel();
     const auto header = tree.area(*tree.find("Wakeloft, off"));
@@ -34,7 +34,7 @@ TEST_F(Appearance, FollowsTheDesktopsPreferenceForDarkColours) {
         });
     };
     EXPECT_TRUE(becomes([](double shown) { return shown < dark; }));
-    portal.prefer(false);
+    portal.preferDark(false);
     EXPECT_TRUE(becomes([](double shown) { return shown > light; }));
 }
 
@@ -46,7 +46,7 @@ struct Look {
 
 /// By hand: WAKELOFT_PICTURES=FOLDER ./test -- 'Looks*' saves the screen with all that the program shows.
 struct Pictures : Appearance, testing::WithParamInterface<Look> {
-    ColorSchemePortal portal{app.event(), GetParam().isDark};
+    AppearancePortal portal{openSessionBus(app.event()).value(), GetParam().isDark};
 
     void start(const std::string& settings) {
         app.putSettings(settings);
