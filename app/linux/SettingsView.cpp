@@ -63,9 +63,9 @@ void SettingsView::openMenu() {
     if (menu_ != nullptr)
         return;
     const auto content = source_.menu.content();
-    menu_ = new QMenu(&button_);
+    menu_ = new FramedMenu(&button_);
     menu_->setAttribute(Qt::WA_DeleteOnClose);
-    menu_->setMinimumWidth(static_cast<int>(SettingsMenuContent::minimumMenuWidth));
+    menu_->setMinimumFrameWidth(static_cast<int>(SettingsMenuContent::minimumMenuWidth));
     menu_->setLayoutDirection(content.isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
     for (const auto& item : content.items) {
         if (item.title.empty()) {
@@ -81,8 +81,8 @@ void SettingsView::openMenu() {
     }
     const auto inset = static_cast<int>(SettingsMenuContent::menuInset);
     const int beside = inset - SettingsButton::sideMargin;
-    const int x = content.isRightToLeft ? button_.width() + beside - menu_->sizeHint().width() : -beside;
-    menu_->popup(button_.mapToGlobal(QPoint(x, button_.height() + inset)));
+    const int x = content.isRightToLeft ? button_.width() + beside - menu_->frameWidth() : -beside;
+    menu_->openAt(button_.mapToGlobal(QPoint(x, button_.height() + inset)));
 }
 
 void SettingsView::showPopover(SettingsPopupKind kind) {

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "AboutPopup.h"
+#include "FramedMenu.h"
 #include "PresetChooser.h"
 #include "SettingsButton.h"
 #include "SettingsMenu.h"
 #include "SettingsPopup.h"
 
 #include <QKeyEvent>
-#include <QMenu>
 #include <QPointer>
 
 namespace wakeloft {
@@ -39,7 +39,7 @@ class SettingsView : public QObject {
 
     SettingsSource source_;
     SettingsButton& button_;
-    QPointer<QMenu> menu_;
+    QPointer<FramedMenu> menu_;
     QPointer<Popover> popover_;
     std::optional<SettingsPopupKind> shown_;
     QPointer<PresetChooser> chooser_;

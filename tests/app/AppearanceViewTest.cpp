@@ -1,4 +1,5 @@
 #include "DesktopAppearance.h"
+#include "FramedMenu.h"
 #include "Motion.h"
 #include "SdEventMainRunLoop.h"
 #include "SwitchRow.h"
@@ -111,6 +112,31 @@ TEST_F(MotionTest, aWindowAppearsGraduallyOnlyWhereMotionIsWanted) {
         EXPECT_EQ(look(window).pixelColor(50, 50), QColor(Qt::red));
         EXPECT_TRUE(window.children().empty());
         EXPECT_LE(wakeupsDuring(motionMs), fewWakeups);
+    }
+}
+
+TEST(FramedMenuTest, marksWhatIsCheckedAtTheStartOfTheLine) {
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        FramedMenu menu(nullptr);
+        menu.setLayoutDirection(direction);
+        menu.setMinimumFrameWidth(260);
+        QAction* action = menu.addAction("Deepwake\tCtrl+D");
+        action->setCheckable(true);
+        menu.ensurePolished();
+        menu.resize(menu.sizeHint());
+        const QImage before = menu.grab().toImage();
+        action->setChecked(true);
+        const QImage after = menu.grab().toImage();
+        int atStart = 0;
+        int elsewhere = 0;
+        for (int x = 0; x < after.width(); ++x)
+            for (int y = 0; y < after.height(); ++y)
+                if (after.pixel(x, y) != before.pixel(x, y)) {
+                    const int distance = direction == Qt::LeftToRight ? x : after.width() - 1 - x;
+                    ++(distance < 30 ? atStart : elsewhere);
+                }
+        EXPECT_GT(atStart, 10) << direction;
+        EXPECT_EQ(elsewhere, 0) << direction;
     }
 }
 
