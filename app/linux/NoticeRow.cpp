@@ -1,10 +1,10 @@
 #include "NoticeRow.h"
 
+#include "GlyphImage.h"
 #include "Theme.h"
 
 #include <QFontMetricsF>
 #include <QPainter>
-#include <QPainterPath>
 #include <QStyle>
 
 #include <algorithm>
@@ -15,53 +15,10 @@ namespace wakeloft {
 namespace {
 
 constexpr auto symbolWidth = static_cast<int>(PanelContent::noticeSymbolWidth);
+constexpr int symbolOverhang = 1; // at each side, where the picture is empty
+constexpr int symbolSide = symbolWidth + 2 * symbolOverhang;
 constexpr int symbolGap = 6;
 constexpr int linkGap = 2;
-
-/// An "i" or, upside down, an "!", centred at `x`.
-void paintMark(QPainter& painter, qreal x, qreal dotY, qreal barTop, qreal barBottom) {
-    painter.drawLine(QPointF(x, barTop), QPointF(x, barBottom));
-    const QPen pen = painter.pen();
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(pen.color());
-    painter.drawEllipse(QPointF(x, dotY), 0.8, 0.8);
-    painter.setPen(pen);
-    painter.setBrush(Qt::NoBrush);
-}
-
-void paintSymbol(QPainter& painter, PanelNotice::Symbol symbol, QPointF center, const QColor& color) {
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(color, 1.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-    painter.setBrush(Qt::NoBrush);
-    painter.translate(center);
-    if (symbol == PanelNotice::Symbol::heat) {
-        QPainterPath tube; // a thermometer
-        tube.moveTo(-1.8, 1.2);
-        tube.lineTo(-1.8, -3.9);
-        tube.arcTo(QRectF(-1.8, -5.7, 3.6, 3.6), 180, -180);
-        tube.lineTo(1.8, 1.2);
-        tube.arcTo(QRectF(-2.9, 0.4, 5.8, 5.8), 52, -284);
-        tube.closeSubpath();
-        painter.drawPath(tube);
-        painter.setBrush(color);
-        painter.setPen(Qt::NoPen);
-        painter.drawEllipse(QPointF(0, 3.3), 1.5, 1.5);
-        painter.drawRect(QRectF(-0.6, -3.4, 1.2, 6));
-        return;
-    }
-    if (symbol == PanelNotice::Symbol::information) {
-        painter.drawEllipse(QPointF(0, 0), 5.4, 5.4);
-        paintMark(painter, 0, -2.4, -0.4, 2.7);
-        return;
-    }
-    QPainterPath triangle;
-    triangle.moveTo(0, -5);
-    triangle.lineTo(5.4, 4.6);
-    triangle.lineTo(-5.4, 4.6);
-    triangle.closeSubpath();
-    painter.drawPath(triangle);
-    paintMark(painter, 0, 2.7, -1.9, 0.8);
-}
 
 QPalette::ColorRole symbolColor(PanelNotice::Symbol symbol) {
     switch (symbol) {
@@ -137,11 +94,12 @@ void NoticeRow::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QFontMetricsF metrics(text_->font());
     // Optically in the middle of the first line.
-    const int middle = qRound(metrics.ascent() - metrics.capHeight() / 2);
+    const qreal top = metrics.ascent() - (metrics.capHeight() + symbolSide) / 2;
     const QRect box =
         QStyle::visualRect(layoutDirection(), rect(), QRect(sideMargin, 0, symbolWidth, height()));
-    paintSymbol(painter, symbol_, QPointF(box.x() + symbolWidth / 2.0, middle),
-                palette().color(symbolColor(symbol_)));
+    if (const auto symbol = symbolNamed(symbolName(symbol_)))
+        paintImage(painter, symbolImage(*symbol, symbolSide), QPointF(box.x() - symbolOverhang, top),
+                   palette().color(symbolColor(symbol_)));
 }
 
 } // namespace wakeloft

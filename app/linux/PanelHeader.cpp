@@ -1,8 +1,9 @@
 #include "PanelHeader.h"
 
+#include "GlyphImage.h"
 #include "TextBlock.h"
 #include "Theme.h"
-#include "TrayGlyph.h"
+#include "status/AwakeGlyph.h"
 
 #include <QPainter>
 #include <QStyle>
@@ -13,7 +14,8 @@ namespace wakeloft {
 
 namespace {
 
-constexpr int glyphSize = 32;
+constexpr int glyphSize = 32; // of the box that either glyph stands in the middle of
+constexpr double glyphPoints = 23;
 constexpr int glyphGap = 10;
 
 TextBlock::Format titleFormat(const QWidget& widget) {
@@ -52,8 +54,9 @@ void PanelHeader::paintEvent(QPaintEvent*) {
     const TextBlock title(title_, titleFormat(*this), textWidth);
     const TextBlock status(statusLine_, statusFormat(*this), textWidth);
 
-    const QRect glyph(0, (height() - glyphSize) / 2, glyphSize, glyphSize);
-    paintGlyph(painter, QStyle::visualRect(layoutDirection(), rect(), glyph), icon_, color);
+    const TemplateImage glyph = icon_.glyph().image(glyphPoints);
+    const QRectF box = QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, glyphSize, height()));
+    paintImage(painter, glyph, box.center() - QPointF(glyph.width, glyph.height) / 2, color);
 
     const QRect text =
         QStyle::visualRect(layoutDirection(), rect(), QRect(glyphSize + glyphGap, 0, textWidth, height()));

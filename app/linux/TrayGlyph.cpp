@@ -1,16 +1,12 @@
 #include "TrayGlyph.h"
 
-#include "GlyphImage.h"
 #include "QtGlyphCanvas.h"
 #include "StatusNotifierItem.h"
 #include "status/TrayIcon.h"
 
 #include <QImage>
-#include <QPainter>
 #include <QtEndian>
 
-#include <algorithm>
-#include <cmath>
 #include <filesystem>
 
 namespace wakeloft {
@@ -52,15 +48,6 @@ std::string trayIconFolder() {
         if (const auto icons = folder / "share/icons"; std::filesystem::exists(icons / file, error))
             return icons;
     return {};
-}
-
-void paintGlyph(QPainter& painter, const QRectF& box, const MenuBarIcon& icon, const QColor& color) {
-    const AwakeGlyph glyph = icon.glyph();
-    const double height = std::min(box.height(), std::floor(box.width() / glyph.aspect()));
-    const TemplateImage image{height * glyph.aspect(), height, [=](GlyphCanvas& canvas, double deviceScale) {
-                                  glyph.draw(canvas, {0, 0, height * glyph.aspect(), height}, deviceScale);
-                              }};
-    paintImage(painter, image, box.center() - QPointF(image.width, image.height) / 2, color);
 }
 
 } // namespace wakeloft

@@ -7,9 +7,6 @@
 #include <string>
 #include <vector>
 
-class QPainter;
-class QRectF;
-
 namespace wakeloft {
 
 struct TrayPixmap;
@@ -24,8 +21,5 @@ std::vector<TrayPixmap> trayPixmaps(const MenuBarIcon& icon, LayoutDirection dir
 /// The folder of icon themes beside the running program, where the files of `trayIconName` are; empty when
 /// it is not there, so that hosts must draw the pixmaps.
 std::string trayIconFolder();
-
-/// Draws the status glyph into the middle of `box`, with edges on device pixels.
-void paintGlyph(QPainter& painter, const QRectF& box, const MenuBarIcon& icon, const QColor& color);
 
 } // namespace wakeloft
