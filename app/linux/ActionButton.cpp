@@ -85,7 +85,7 @@ void ActionButton::focusInEvent(QFocusEvent* event) {
 }
 
 void ActionButton::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::ActiveWindowFocusReason)
+    if (takesFocusRing(event->reason()))
         hasFocusRing_ = false;
     QPushButton::focusOutEvent(event);
 }
@@ -138,7 +138,7 @@ void ActionButton::paintFocusRing(QPainter& painter) const {
     const bool isMain = kind_ == Kind::main;
     const qreal inset = isMain ? 3 : 1;
     const int radius = metricsOf(kind_).radius - (isMain ? 2 : 1);
-    painter.setPen(QPen(palette().color(isMain ? role::textOnAccent : role::accent), 2));
+    painter.setPen(QPen(palette().color(isMain ? role::textOnAccent : role::focusRing), 2));
     painter.setBrush(Qt::NoBrush);
     painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
 }

@@ -47,7 +47,7 @@ Popover::Popover(QWidget* anchor, QWidget* content, int contentWidth, std::funct
     setFixedSize(size.grownBy(shadow));
 }
 
-void Popover::open() {
+void Popover::open(Qt::FocusReason reason) {
     if (anchor_ == nullptr)
         return;
     const QPoint inside = content_->geometry().topLeft();
@@ -57,7 +57,7 @@ void Popover::open() {
         declareShadow(*windowHandle(), panelFrame::margins);
     fadeIn(*this);
     show();
-    content_->setFocus(Qt::PopupFocusReason);
+    content_->setFocus(reason);
 }
 
 void Popover::mousePressEvent(QMouseEvent* event) {

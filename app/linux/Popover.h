@@ -15,8 +15,9 @@ class Popover : public QWidget {
     /// `heightForWidth`.
     Popover(QWidget* anchor, QWidget* content, int contentWidth, std::function<void()> closed);
 
-    /// Shows it below the anchor, or above it where there is no room, inside the screen.
-    void open();
+    /// Shows it below the anchor, or above it where there is no room, inside the screen. `reason`: by what
+    /// its content gets the focus.
+    void open(Qt::FocusReason reason);
 
   protected:
     void mousePressEvent(QMouseEvent* event) override;

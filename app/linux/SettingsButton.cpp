@@ -69,7 +69,7 @@ void SettingsButton::paintEvent(QPaintEvent*) {
     painter.setPen(palette().color(role::text));
     title.draw(painter, QPointF(place.x(), std::floor((height() - title.height()) / 2)));
     if (hasFocus() && hasFocusRing_) {
-        painter.setPen(QPen(palette().color(role::accent), 2));
+        painter.setPen(QPen(palette().color(role::focusRing), 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), ringReach, ringReach);
     }
@@ -81,7 +81,7 @@ void SettingsButton::focusInEvent(QFocusEvent* event) {
 }
 
 void SettingsButton::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::ActiveWindowFocusReason)
+    if (takesFocusRing(event->reason()))
         hasFocusRing_ = false;
     QPushButton::focusOutEvent(event);
 }

@@ -103,7 +103,7 @@ void SettingsView::showPopover(SettingsPopupKind kind) {
                                    shown_.reset();
                                source_.menu.popupClosed(kind);
                            });
-    popover_->open();
+    popover_->open(button_.hasFocusRing() ? Qt::TabFocusReason : Qt::PopupFocusReason);
 }
 
 } // namespace wakeloft

@@ -53,11 +53,10 @@ void StarRow::paintEvent(QPaintEvent*) {
         painter.drawRoundedRect(rect(), radius, radius);
     }
     if (hasFocus() && hasFocusRing_) {
-        painter.setPen(QPen(palette().color(role::accent), 2));
+        painter.setPen(QPen(palette().color(role::focusRing), 2));
         painter.setBrush(Qt::NoBrush);
         painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius - 1, radius - 1);
     }
-    painter.setOpacity(isEnabled() ? 1 : 0.45);
     const auto mirrored = [this](const QRect& place) {
         return QStyle::visualRect(layoutDirection(), rect(), place);
     };
@@ -69,7 +68,7 @@ void StarRow::paintEvent(QPaintEvent*) {
     const QRect place = mirrored({textLeft, 0, width() - textLeft - padding, height()});
     const TextBlock label(QString::fromStdString(content_.label),
                           {scaledFont(fontScale::body), layoutDirection()}, place.width());
-    painter.setPen(palette().color(role::text));
+    painter.setPen(palette().color(isEnabled() ? role::text : role::secondaryText));
     label.draw(painter, QPointF(place.x(), std::floor((height() - label.height()) / 2)));
 }
 
@@ -79,7 +78,7 @@ void StarRow::focusInEvent(QFocusEvent* event) {
 }
 
 void StarRow::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::ActiveWindowFocusReason)
+    if (takesFocusRing(event->reason()))
         hasFocusRing_ = false;
     QCheckBox::focusOutEvent(event);
 }

@@ -18,6 +18,7 @@ class StarRow : public QCheckBox {
     StarRow(Toggle toggle, QWidget* parent);
 
     void setContent(const PresetRow& content);
+    [[nodiscard]] bool hasFocusRing() const { return hasFocusRing_; }
 
   protected:
     void nextCheckState() override {}

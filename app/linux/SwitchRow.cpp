@@ -104,9 +104,9 @@ void SwitchRow::paintSwitch(QPainter& painter, const QRectF& track) const {
     const bool isRightToLeft = layoutDirection() == Qt::RightToLeft;
     QColor fill = mixed(palette().color(role::switchOff), palette().color(role::accent), knob_.value());
     if (isEnabled() && (isDown() || underMouse()))
-        fill = isDown() ? fill.darker(112) : fill.lighter(107);
+        fill = fill.darker(isDown() ? 112 : 105);
     if (hasFocus() && hasFocusRing_) {
-        painter.setPen(QPen(palette().color(role::accent), 2));
+        painter.setPen(QPen(palette().color(role::focusRing), 2));
         painter.setBrush(Qt::NoBrush);
         const QRectF ring = track.adjusted(-3, -3, 3, 3);
         painter.drawRoundedRect(ring, ring.height() / 2, ring.height() / 2);
@@ -129,7 +129,7 @@ void SwitchRow::focusInEvent(QFocusEvent* event) {
 }
 
 void SwitchRow::focusOutEvent(QFocusEvent* event) {
-    if (event->reason() != Qt::ActiveWindowFocusReason)
+    if (takesFocusRing(event->reason()))
         hasFocusRing_ = false;
     QCheckBox::focusOutEvent(event);
 }

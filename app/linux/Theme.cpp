@@ -13,11 +13,11 @@ struct Colors {
         switchOff, border, divider, star;
 };
 
-// Every text keeps 4.5:1 against what it stands on.
+// Every text keeps 4.5:1 against what it stands on, and what else tells something 3:1.
 constexpr Colors light{0xfffbfbfc, 0xffffffff, 0xff1a1b1e, 0xff5c6068, 0xff2a66d9, 0xffffffff, 0xffedeef0,
-                       0xff2160cf, 0xffb05a00, 0xffc02626, 0xff8d9199, 0xffcbcdd1, 0xffe3e4e7, 0xffc98a00};
+                       0xff2160cf, 0xffb05a00, 0xffc02626, 0xff8d9199, 0xffcbcdd1, 0xffe3e4e7, 0xffb07700};
 constexpr Colors dark{0xff27282c, 0xff303136, 0xfff1f2f4, 0xffadb1b9, 0xff5a92f8, 0xff0b1220, 0xff3a3b41,
-                      0xff8ab4ff, 0xfff2b84b, 0xffff8f86, 0xff75797f, 0xff47494f, 0xff3d3f45, 0xffffcc40};
+                      0xff8ab4ff, 0xfff2b84b, 0xffff8f86, 0xff7b7f86, 0xff47494f, 0xff3d3f45, 0xffffcc40};
 
 } // namespace
 

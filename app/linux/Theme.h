@@ -17,6 +17,7 @@ constexpr auto accent = QPalette::Highlight;
 constexpr auto textOnAccent = QPalette::HighlightedText;
 constexpr auto buttonFill = QPalette::Button;
 constexpr auto link = QPalette::Link;
+constexpr auto focusRing = QPalette::Link;
 constexpr auto warning = QPalette::BrightText;
 constexpr auto failure = QPalette::LinkVisited;
 constexpr auto switchOff = QPalette::Dark; ///< the track of a switch that is off

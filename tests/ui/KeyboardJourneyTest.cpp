@@ -71,6 +71,10 @@ TEST_F(KeyboardJourney, TheSettingsNeedNoMouse) {
     expectFocusAfter("Tab", "6 hours");
     expectFocusAfter("Escape", "Settings");
     EXPECT_TRUE(isGone("Preset durations"));
+    expectFocusAfter("space Down Down", "About Wakeloft");
+    screen::type("Return");
+    EXPECT_NE(textThatBegins("Version " WAKELOFT_VERSION), "");
+    expectFocusAfter("Escape", "Settings");
     screen::type("ctrl+q"); // no session: nothing to ask
     EXPECT_EQ(app.process().wait(5000), 0);
 }
