@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <optional>
 #include <string_view>
 
 namespace wakeloft {
@@ -44,6 +45,33 @@ std::string catalogueLanguage() {
     return std::string(rest.substr(0, rest.find('\n')));
 }
 
+/// The catalogue for "zh_HK" or "zh-Hans-SG", for which gettext looks at none but "zh"; nothing where
+/// `language` is not Chinese.
+std::optional<std::string> chineseCatalogue(const std::string& language) {
+    const auto locale = "_" + AppLanguage::resolvedLocale({language}, Locale{""}).identifier + "_";
+    if (!locale.starts_with("_zh_"))
+        return std::nullopt;
+    const bool isTraditional =
+        locale.contains("_Hant_") ||
+        (!locale.contains("_Hans_") &&
+         (locale.contains("_TW_") || locale.contains("_HK_") || locale.contains("_MO_")));
+    return isTraditional ? "zh_TW" : "zh_CN";
+}
+
+/// The list as it is in LANGUAGE, with the catalogues that gettext would not find by itself.
+std::string withFallbacks(std::string_view languages) {
+    std::string list;
+    while (!languages.empty()) {
+        const auto end = std::min(languages.find(':'), languages.size());
+        const std::string language(languages.substr(0, end));
+        list.append(language).append(":");
+        if (const auto catalogue = chineseCatalogue(language))
+            list.append(*catalogue).append(":");
+        languages.remove_prefix(std::min(end + 1, languages.size()));
+    }
+    return list;
+}
+
 } // namespace
 
 GettextLocalizer::GettextLocalizer(const std::filesystem::path& catalogues) {
@@ -52,8 +80,7 @@ GettextLocalizer::GettextLocalizer(const std::filesystem::path& catalogues) {
     const auto messages = environmentLocale("LC_MESSAGES");
     if (languages.empty() && !isPlain(messages))
         languages = messages.substr(0, messages.find('.'));
-    languages.append(languages.empty() ? "en" : ":en");
-    setenv("LANGUAGE", languages.c_str(), 1);
+    setenv("LANGUAGE", (withFallbacks(languages) + "en").c_str(), 1);
     // Catalogues are off in the "C" locale, and setlocale refuses one that the system has not generated.
     const char* set = std::setlocale(LC_MESSAGES, "");
     if ((set == nullptr || isPlain(set)) && std::setlocale(LC_MESSAGES, "C.UTF-8") == nullptr)

@@ -8,6 +8,9 @@
 #include <cstdlib>
 #include <tuple>
 
+/// The gettext manual's way to tell that the languages have changed. Programs settle theirs once.
+extern "C" int _nl_msg_cat_cntr; // NOLINT(bugprone-reserved-identifier,readability-identifier-naming)
+
 namespace wakeloft {
 namespace {
 
@@ -60,6 +63,43 @@ TEST(GettextLocalizer, FormatsFollowTheUsersRegion) {
     EXPECT_EQ(languageIdentifier("fr_CA"), "fr-CA");
     EXPECT_EQ(languageIdentifier("zh_TW"), "zh-Hant");
     EXPECT_EQ(languageIdentifier("zh_CN"), "zh-Hans");
+}
+
+TEST(GettextLocalizer, FindsTheNearestCatalogue) {
+    unsetenv("LC_ALL");
+    const auto languageFor = [](const char* languages, const char* locale) {
+        setenv("LANGUAGE", languages, 1);
+        setenv("LANG", locale, 1);
+        ++_nl_msg_cat_cntr;
+        return GettextLocalizer(WAKELOFT_CATALOGUES).language().identifier;
+    };
+    for (const auto& [asked, found] : {std::pair{"zh_HK", "zh-Hant"},
+                                       {"zh_MO.UTF-8", "zh-Hant"},
+                                       {"zh_TW", "zh-Hant"},
+                                       {"zh_Hant", "zh-Hant"},
+                                       {"zh-Hant-HK", "zh-Hant"},
+                                       {"zh_Hans_HK", "zh-Hans"},
+                                       {"zh_SG.UTF-8", "zh-Hans"},
+                                       {"zh_CN", "zh-Hans"},
+                                       {"zh_Hans", "zh-Hans"},
+                                       {"zh", "zh-Hans"},
+                                       {"de_AT.UTF-8", "de"},
+                                       {"es_MX", "es"},
+                                       {"es_419", "es"},
+                                       {"fr_CA", "fr-CA"},
+                                       {"fr_BE@euro", "fr"},
+                                       {"pt_BR", "en"},
+                                       {"en_GB", "en"},
+                                       {"tlh", "en"},
+                                       {":::", "en"},
+                                       {"zh_", "zh-Hans"},
+                                       {"\xff\xfe", "en"}}) {
+        EXPECT_EQ(languageFor("", asked), found) << asked;
+        EXPECT_EQ(languageFor(asked, "it_IT.UTF-8"), found) << asked;
+    }
+    EXPECT_EQ(languageFor("pt:zh_HK:de", "en_US.UTF-8"), "zh-Hant");
+    EXPECT_EQ(languageFor("en:zh_HK", "de_DE.UTF-8"), "en");
+    unsetenv("LANGUAGE");
 }
 
 TEST(SystemTimeZone, KnowsSummerTimeAndFollowsChanges) {
