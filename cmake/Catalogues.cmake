@@ -19,3 +19,22 @@ function(wakeloft_catalogues domain)
   endforeach()
   add_custom_target(catalogues-${domain} ALL DEPENDS ${compiled})
 endfunction()
+
+# Writes `template`, which holds English texts of the catalogue Wakeloft, to `output` with their translations.
+# The rest of the arguments tell msgfmt its format. As part of the target that `target` names.
+function(wakeloft_translated target template output)
+  file(STRINGS ${PROJECT_SOURCE_DIR}/locale/LINGUAS languages)
+  list(REMOVE_ITEM languages en)
+  set(step ${output}.next)
+  set(commands COMMAND ${CMAKE_COMMAND} -E copy ${template} ${output})
+  set(catalogues "")
+  foreach(language IN LISTS languages)
+    set(catalogue ${PROJECT_SOURCE_DIR}/locale/${language}/Wakeloft.po)
+    list(APPEND catalogues ${catalogue})
+    list(APPEND commands
+      COMMAND ${MSGFMT} ${ARGN} --template=${output} --locale=${language} --output-file=${step} ${catalogue}
+      COMMAND ${CMAKE_COMMAND} -E rename ${step} ${output})
+  endforeach()
+  add_custom_command(OUTPUT ${output} ${commands} DEPENDS ${template} ${catalogues} VERBATIM)
+  add_custom_target(${target} ALL DEPENDS ${output})
+endfunction()
