@@ -21,6 +21,7 @@ struct Metrics {
 Metrics metricsOf(ActionButton::Kind kind) {
     switch (kind) {
     case ActionButton::Kind::main:
+    case ActionButton::Kind::beside:
         return {16, 8, 36, 9};
     case ActionButton::Kind::small:
         return {7, 5, 28, 7};
@@ -34,6 +35,8 @@ QFont fontOf(ActionButton::Kind kind) {
     switch (kind) {
     case ActionButton::Kind::main:
         return scaledFont(fontScale::body, QFont::DemiBold);
+    case ActionButton::Kind::beside:
+        return scaledFont(fontScale::body, QFont::Medium);
     case ActionButton::Kind::small:
         return scaledFont(fontScale::small, QFont::Medium);
     case ActionButton::Kind::link:
@@ -94,6 +97,7 @@ QPalette::ColorRole ActionButton::textRole() const {
     switch (kind_) {
     case Kind::main:
         return role::textOnAccent;
+    case Kind::beside:
     case Kind::small:
         return role::text;
     case Kind::link:

@@ -12,7 +12,7 @@ namespace wakeloft {
 /// the focus came by the keyboard.
 class ActionButton : public QPushButton {
   public:
-    enum class Kind { main, small, link };
+    enum class Kind { main, beside, small, link }; ///< `beside`: as large as the main one
     /// At both sides of a link's text, for its focus ring.
     static constexpr int linkPadding = 4;
     using Perform = std::function<void(const PanelAction&)>;

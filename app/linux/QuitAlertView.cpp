@@ -68,7 +68,7 @@ QuitAlert::QuitAlert(const QuitAlertContent& content) {
     }
     auto* buttons = new QHBoxLayout;
     buttons->setSpacing(8);
-    auto* cancel = button(ActionButton::Kind::small, content.cancel, Rejected);
+    auto* cancel = button(ActionButton::Kind::beside, content.cancel, Rejected);
     auto* confirm = button(ActionButton::Kind::main, content.confirm, Accepted);
     const int height = std::max(cancel->height(), confirm->height());
     for (ActionButton* each : {cancel, confirm}) {

@@ -46,14 +46,31 @@ Qt::LayoutDirection readingDirection(const QString& text, Qt::LayoutDirection di
     return isMirrored ? direction : Qt::LeftToRight;
 }
 
-QString withLineSeparators(QString text) {
-    return text.replace(u'\n', QChar::LineSeparator);
+/// Lets long names of the system, such as of files and services, break where they are joined.
+QString withBreaks(QString text) {
+    constexpr int longWord = 20;
+    constexpr QChar mayBreak(0x200b);
+    text.replace(u'\n', QChar::LineSeparator);
+    qsizetype wordEnd = text.size();
+    for (qsizetype i = text.size() - 1; i >= 0; --i) {
+        if (text[i].isSpace())
+            wordEnd = i;
+        const bool isJoint = text[i] == u'.' || text[i] == u'/' || text[i] == u'_' || text[i] == u':';
+        if (!isJoint || i + 1 >= wordEnd || !text[i + 1].isLetterOrNumber())
+            continue;
+        qsizetype wordStart = i;
+        while (wordStart > 0 && !text[wordStart - 1].isSpace())
+            --wordStart;
+        if (wordEnd - wordStart >= longWord)
+            text.insert(i + 1, mayBreak);
+    }
+    return text;
 }
 
 } // namespace
 
 TextBlock::TextBlock(const QString& text, const Format& format, qreal width)
-    : layout_(withLineSeparators(text), format.font) {
+    : layout_(withBreaks(text), format.font) {
     const Qt::Alignment leading = format.direction == Qt::RightToLeft ? Qt::AlignRight : Qt::AlignLeft;
     QTextOption option((format.isCentered ? Qt::AlignHCenter : leading) | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);

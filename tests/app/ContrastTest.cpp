@@ -118,7 +118,8 @@ class ContrastTest : public testing::TestWithParam<bool> {
 };
 
 TEST_P(ContrastTest, buttonsAndLinksAreReadableAndShowTheirFocus) {
-    for (const auto kind : {ActionButton::Kind::main, ActionButton::Kind::small, ActionButton::Kind::link}) {
+    for (const auto kind : {ActionButton::Kind::main, ActionButton::Kind::beside, ActionButton::Kind::small,
+                            ActionButton::Kind::link}) {
         QWidget window;
         ActionButton button(kind, [](const PanelAction&) {}, &window);
         button.setContent({"Turn On", "", {}});

@@ -332,6 +332,17 @@ TEST(PanelPositionTest, standsBesideTheBarAndInsideTheScreen) {
     EXPECT_EQ(logicalPoint({2400, 28}, {0, 0, 1280, 800}, 2), QPoint(1200, 14));
 }
 
+TEST(TextBlockTest, longNamesBreakAtTheirJoints) {
+    const QFont font = QApplication::font();
+    const auto linesOf = [&](const QString& text) {
+        const qreal width = TextBlock::singleLineWidth(QString(18, 'a'), font);
+        return qRound(TextBlock(text, {font}, width).height() / TextBlock("a", {font}, width).height());
+    };
+    const QString part(10, 'a');
+    EXPECT_EQ(linesOf(part + "." + part + "/" + part + "_" + part), 4); // a line each
+    EXPECT_EQ(linesOf(QString(43, 'a')), 3);                            // torn where they are full
+}
+
 TEST(TextBlockTest, digitsKeepTheirPlaceInAProportionalFont) {
     const QFont font = QApplication::font();
     const auto widthOf = [&](const QString& text) {

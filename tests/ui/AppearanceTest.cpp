@@ -49,6 +49,7 @@ struct Pictures : Appearance, testing::WithParamInterface<Look> {
     AppearancePortal portal{openSessionBus(app.event()).value(), GetParam().isDark};
 
     void start(const std::string& settings) {
+        portal.animate(false); // each picture of something that has come to rest
         app.putSettings(settings);
         startApp(GetParam().environment);
         openPanel();
@@ -127,6 +128,7 @@ std::vector<Look> looks() {
             {"dark", true, {}},
             {"arabic", false, {"LANGUAGE=ar"}},
             {"german", true, {"LANGUAGE=de"}},
+            {"russian", false, {"LANGUAGE=ru"}},
             {"large", false, {"QT_SCALE_FACTOR=2"}}};
 }
 
