@@ -4,6 +4,7 @@
 #include "QuitAlertView.h"
 #include "Theme.h"
 #include "WindowIcon.h"
+#include "preferences/FeedbackLink.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -74,7 +75,8 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
       localizer_(catalogueFolder()),
       defaults_(makeDefaults(loop_, settings_, settingsPathTrouble_)),
       blocker_(surroundings.sessionBus, systemBus_, "Wakeloft",
-               localizer_.text("Wakeloft is keeping this Mac awake")),
+               localizer_.text("Wakeloft is keeping this Mac awake"),
+               localizer_.text("Nothing on this computer lets Wakeloft hold off sleep.")),
       store_(*defaults_),
       scheduler_(loop_.event(), dates_),
       recheck_(loop_.event(), systemBus_,
@@ -93,7 +95,11 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
       presets_(presetStore_),
       opener_(loop_.event(), surroundings.sessionBus, surroundings.environment),
       update_(opener_, DesktopApplication::identifier,
-              [this](const PlatformError& error) { settingsMenu_.report(error.description); }),
+              [this](const PlatformError& error) {
+                  log(error.description);
+                  settingsMenu_.report(localizer_.text("No software centre came up. Update Wakeloft in the "
+                                                       "way that you installed it."));
+              }),
       panel_({controller_, deepwake_.controller(), login_, presets_}, localizer_, formatter_,
              localizer_.locale(),
              {.openPanel = [this] { activate({}); }, .quit = [this] { quit(QuitRequest::user); }}),
@@ -103,7 +109,10 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
                      .openPage =
                          [this](const std::string& address) {
                              opener_.open(address, [this](const PlatformError& error) {
-                                 settingsMenu_.report(error.description);
+                                 log(error.description);
+                                 settingsMenu_.report(filled(
+                                     localizer_.text("The feedback page couldn't be opened: {address}"),
+                                     "{address}", isolatedLeftToRight(FeedbackLink::form())));
                              });
                          },
                      .terminate = [this] { quit(QuitRequest::user); }}),

@@ -22,6 +22,7 @@ constexpr int textWidth = 280;
 constexpr int margin = 20;
 constexpr int glyphSide = 40;
 constexpr int buttonHeight = 36;
+constexpr int buttonGap = 8;
 
 /// A dialog of fixed size, which a tiling compositor floats.
 class QuitAlert : public QDialog {
@@ -36,8 +37,6 @@ ActionButton* QuitAlert::button(ActionButton::Kind kind, const QuitAlertContent:
                                 int result) {
     auto* made = new ActionButton(kind, [this, result](const PanelAction&) { done(result); }, this);
     made->setContent({content.title, "", {}});
-    const int width = (textWidth - 8) / 2;
-    made->setFixedHeight(std::max(buttonHeight, made->heightForWidth(width)));
     return made;
 }
 
@@ -67,13 +66,18 @@ QuitAlert::QuitAlert(const QuitAlertContent& content) {
         rows->addSpacing(label == title ? 6 : 18);
     }
     auto* buttons = new QHBoxLayout;
-    buttons->setSpacing(8);
+    buttons->setSpacing(buttonGap);
     auto* cancel = button(ActionButton::Kind::beside, content.cancel, Rejected);
     auto* confirm = button(ActionButton::Kind::main, content.confirm, Accepted);
-    const int height = std::max(cancel->height(), confirm->height());
+    // Alike, unless one needs more and the other leaves it.
+    constexpr int half = (textWidth - buttonGap) / 2;
+    const int wider = std::min(confirm->naturalWidth(), textWidth - buttonGap - cancel->naturalWidth());
+    confirm->setFixedWidth(std::max(half, wider));
+    cancel->setFixedWidth(textWidth - buttonGap - confirm->width());
     for (ActionButton* each : {cancel, confirm}) {
-        each->setFixedHeight(height);
-        buttons->addWidget(each, 1);
+        each->setFixedHeight(std::max({buttonHeight, cancel->heightForWidth(cancel->width()),
+                                       confirm->heightForWidth(confirm->width())}));
+        buttons->addWidget(each);
     }
     rows->addLayout(buttons);
     confirm->setDefault(true);

@@ -5,8 +5,9 @@
 namespace wakeloft {
 
 LogindSleepBlocker::LogindSleepBlocker(sd_bus* sessionBus, BusConnection& systemBus, const std::string& who,
-                                       const std::string& why)
-    : session_(sessionBus, who, why, [this] { holdChanged(); }),
+                                       const std::string& why, std::string nothing)
+    : nothing_(std::move(nothing)),
+      session_(sessionBus, who, why, [this] { holdChanged(); }),
       loginManager_(systemBus, who, why, [this] { holdChanged(); }) {}
 
 std::expected<void, Error> LogindSleepBlocker::engage() {
@@ -69,7 +70,7 @@ std::expected<void, PlatformError> LogindSleepBlocker::judge() const {
         return std::unexpected(*loginManager.trouble);
     if (isSessionAsked || loginManager.state == Hold::State::asking)
         return std::unexpected(PlatformError{"", 0, "The hold on sleep was lost and is being taken again."});
-    PlatformError nothing{"", 0, "Nothing on this computer lets Wakeloft hold off sleep."};
+    PlatformError nothing{"", 0, nothing_};
     if (loginManager.trouble) {
         nothing.domain = loginManager.trouble->domain;
         nothing.code = loginManager.trouble->code;

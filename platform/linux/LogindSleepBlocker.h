@@ -15,8 +15,10 @@ namespace wakeloft {
 class LogindSleepBlocker final : public SleepBlocker {
   public:
     /// `sessionBus` may be null; both buses must outlive the blocker. `who` and `why` stand in the listings.
+    /// `nothing` is the sentence, before the system's own words, for a computer where neither can be had.
     LogindSleepBlocker(sd_bus* sessionBus, BusConnection& systemBus, const std::string& who,
-                       const std::string& why);
+                       const std::string& why,
+                       std::string nothing = "Nothing on this computer lets Wakeloft hold off sleep.");
 
     std::expected<void, Error> engage() override;
     void release() override;
@@ -29,6 +31,7 @@ class LogindSleepBlocker final : public SleepBlocker {
     [[nodiscard]] std::expected<void, PlatformError> judge() const;
     void holdChanged();
 
+    std::string nothing_;
     bool isWanted_ = false;
     std::expected<void, PlatformError> told_;
     std::optional<Error> toldLimitation_;

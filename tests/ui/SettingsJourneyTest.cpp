@@ -80,10 +80,12 @@ TEST_F(SettingsJourney, FeedbackOpensItsPageAndWhatCannotOpenIsSaid) {
     EXPECT_NE(textOf(shownPage()).find("app=" WAKELOFT_VERSION), std::string::npos) << textOf(shownPage());
     app.stop();
 
-    startApp({"BROWSER=/nonexistent"});
+    startApp({"BROWSER=/nonexistent", "LANGUAGE=de"});
     openPanel();
-    chooseSetting("Check for Updates…");
-    EXPECT_NE(textThatBegins("No software centre came up."), "") << app.output();
+    click("Einstellungen");
+    click("Nach Aktualisierungen suchen\u00a0…");
+    EXPECT_NE(textThatBegins("Es hat sich keine Softwareverwaltung geöffnet."), "") << app.output();
+    EXPECT_TRUE(app.says("Cannot open appstream://com.wakeloft.Wakeloft"));
 }
 
 TEST_F(SettingsJourney, OpenAtLoginIsAnEntryInTheAutostartFolder) {
