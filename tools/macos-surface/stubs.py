@@ -15,6 +15,7 @@ LLVM = '/usr/lib/llvm-19'
 VERSION_C = {'AppKit', 'Foundation'}  # the frameworks whose binary lies in Versions/C, by their history
 FRAMEWORKS = ['AppKit', 'CoreFoundation', 'CoreGraphics', 'CoreServices', 'Foundation', 'IOKit', 'Security',
               'ServiceManagement']
+EMBEDDED = ['Sparkle']  # what the app brings along, so not where the system's are
 OBJECTIVE_C = '''__objc_personality_v0 _objc_empty_cache _objc_empty_vtable objc_alloc objc_alloc_init
 objc_autorelease objc_autoreleasePoolPop objc_autoreleasePoolPush objc_autoreleaseReturnValue objc_begin_catch
 objc_claimAutoreleasedReturnValue objc_copyWeak objc_destroyWeak objc_end_catch objc_enumerationMutation
@@ -30,7 +31,7 @@ acos asin atan atan2 calloc cbrt ceil copysign cos cosh exp exp2 fabs fclose ffl
 fputc fputs fread free frexp fseek ftell fwrite getenv gmtime_r hypot ldexp llround localtime_r log log10 log2 lround
 malloc memchr memcmp memcpy memmove memset mktime modf nearbyint pow qsort realloc remainder rint round scalbn sin
 sinh snprintf sqrt strcat strchr strcmp strcpy strerror strftime strlen strncmp strncpy strnlen strrchr strstr strtod
-strtol strtoll strtoul strtoull tan tanh time trunc vsnprintf'''
+strtol strtoll strtoul strtoull tan tanh time trunc vsnprintf wmemchr'''
 
 
 def declared(framework):
@@ -38,7 +39,7 @@ def declared(framework):
     classes, symbols = set(), set()
     for folder, _, files in os.walk(f'{HERE}/include'):
         place = os.path.relpath(folder, f'{HERE}/include').split('/')[0]
-        if framework != (place if place in FRAMEWORKS else None):
+        if framework != (place if place in FRAMEWORKS + EMBEDDED else None):
             continue
         for file in files:
             with open(f'{folder}/{file}') as header:
@@ -73,8 +74,19 @@ def write(path, install_name, classes, symbols):
         stub.write('\n'.join([*lines, '...', '']))
 
 
+def write_embedded(folder, name):
+    """A framework as its makers hand it out, of which the app brings a copy along."""
+    framework = f'{folder}/{name}.framework'
+    write(f'{framework}/Versions/B/{name}.tbd', f'@rpath/{name}.framework/Versions/B/{name}', *declared(name))
+    for link, target in (('Versions/Current', 'B'), (f'{name}.tbd', f'Versions/Current/{name}.tbd')):
+        if not os.path.lexists(f'{framework}/{link}'):
+            os.symlink(target, f'{framework}/{link}')
+
+
 def main():
     folder = sys.argv[1]
+    for name in EMBEDDED:
+        write_embedded(folder, name)
     for name in FRAMEWORKS:
         version = 'C' if name in VERSION_C else 'A'
         place = f'/System/Library/Frameworks/{name}.framework'

@@ -9,6 +9,7 @@ set(surface ${CMAKE_CURRENT_LIST_DIR})
 set(llvm /usr/lib/llvm-19)
 set(cross /usr/aarch64-linux-gnu)
 set(WAKELOFT_STUBS ${CMAKE_BINARY_DIR}/stubs)
+set(WAKELOFT_SPARKLE_FRAMEWORK ${WAKELOFT_STUBS}/Sparkle.framework CACHE PATH "A stub, as all of them")
 
 foreach(language C CXX OBJC OBJCXX)
   set(CMAKE_${language}_COMPILER_TARGET arm64-apple-macos14.0)

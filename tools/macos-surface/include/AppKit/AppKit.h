@@ -2,6 +2,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <Foundation/Foundation.h>
 #include <AppKit/NSApplication.h>
+#include <AppKit/NSApplicationLife.h>
 #include <AppKit/NSControls.h>
 #include <AppKit/NSDrawing.h>
 #include <AppKit/NSMenus.h>

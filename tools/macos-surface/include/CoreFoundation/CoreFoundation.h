@@ -8,6 +8,8 @@ typedef int32_t SInt32;
 typedef uint32_t UInt32;
 typedef uint64_t UInt64;
 typedef SInt32 OSStatus;
+typedef UInt32 FourCharCode;
+typedef FourCharCode OSType;
 typedef long CFIndex;
 typedef unsigned long CFTypeID;
 typedef double CFTimeInterval;

@@ -2,6 +2,7 @@
 #include <CoreFoundation/CoreFoundation.h>
 #include <dispatch/dispatch.h>
 #include <objc/NSObject.h>
+#include <Foundation/NSAppleEvents.h>
 #include <Foundation/NSCollections.h>
 #include <Foundation/NSFormatting.h>
 #include <Foundation/NSGeometry.h>

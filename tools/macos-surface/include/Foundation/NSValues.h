@@ -40,6 +40,7 @@ enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
 @end
 
 @interface NSURL : NSObject <NSCopying>
++ (nullable instancetype)URLWithString:(NSString *)text;
 @property (nullable, readonly, copy) NSString *path;
 @property (nullable, readonly, copy) NSURL *URLByStandardizingPath SURFACE_SINCE(10.6);
 @property (nullable, readonly, copy) NSURL *URLByResolvingSymlinksInPath SURFACE_SINCE(10.6);
