@@ -6,7 +6,7 @@ class Image:
     def __init__(self, path):
         with open(path, 'rb') as file:
             self.bytes = file.read()
-        self.segments, self.libraries, self.symbols, self.minimum = [], [], {}, None
+        self.segments, self.libraries, self.places, self.symbols, self.minimum = [], [], [], {}, None
         magic, _, _, _, count, _, _, _ = struct.unpack_from('<8I', self.bytes)
         assert magic == 0xFEEDFACF, 'no 64-bit Mach-O image'
         at = 32
@@ -16,6 +16,8 @@ class Image:
                 self.segments.append(struct.unpack_from('<4Q', self.bytes, at + 24))
             elif command == 0xC:  # a library
                 self.libraries.append(self.text_at(at + struct.unpack_from('<I', self.bytes, at + 8)[0]))
+            elif command == 0x8000001C:  # where libraries are looked for
+                self.places.append(self.text_at(at + struct.unpack_from('<I', self.bytes, at + 8)[0]))
             elif command == 0x32:  # the build's version
                 minimum = struct.unpack_from('<I', self.bytes, at + 12)[0]
                 self.minimum = f'{minimum >> 16}.{minimum >> 8 & 255}'
