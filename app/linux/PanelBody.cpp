@@ -81,7 +81,6 @@ void PanelBody::arrange() {
     loginNotices_->setContent(content_.loginNotices);
     loginNotices_->setVisible(!content_.loginNotices.empty());
     chainTabOrder();
-    place();
 }
 
 std::vector<PanelBody::Block> PanelBody::blocks() const {
@@ -130,26 +129,16 @@ void PanelBody::chainTabOrder() {
     append(settings_);
 }
 
-int PanelBody::widthOf(const Block& block, int bodyWidth) {
-    return bodyWidth - 2 * (sideMargin - block.overhang);
-}
-
-int PanelBody::heightForWidth(int width) const {
-    int height = bottomMargin;
-    for (const Block& block : blocks())
-        height += block.gapAbove + block.widget->heightForWidth(widthOf(block, width)) - 2 * block.rise;
-    return height;
-}
-
-void PanelBody::place() {
+int PanelBody::place() {
     int y = 0;
     for (const Block& block : blocks()) {
         y += block.gapAbove - block.rise;
-        const int blockWidth = widthOf(block, width());
+        const int blockWidth = fixedWidth - 2 * (sideMargin - block.overhang);
         const int blockHeight = block.widget->heightForWidth(blockWidth);
         block.widget->setGeometry(sideMargin - block.overhang, y, blockWidth, blockHeight);
         y += blockHeight - block.rise;
     }
+    return y + bottomMargin;
 }
 
 void PanelBody::setSettingsTrouble(const std::string& sentence) {
@@ -157,15 +146,10 @@ void PanelBody::setSettingsTrouble(const std::string& sentence) {
         return;
     settingsNotices_->setContent({{PanelNotice::Symbol::warning, sentence, std::nullopt}});
     settingsNotices_->setVisible(!sentence.empty());
-    place();
 }
 
 void PanelBody::focusMainButton(Qt::FocusReason reason) {
     mainButton_->setFocus(reason);
-}
-
-void PanelBody::resizeEvent(QResizeEvent*) {
-    place();
 }
 
 void PanelBody::changeEvent(QEvent* event) {

@@ -22,9 +22,10 @@ class PanelBody : public QWidget {
 
     PanelBody(ActionButton::Perform perform, QWidget* parent);
 
-    /// Changes only what differs. The height may change with it.
+    /// Changes only what differs.
     void setContent(const PanelContent& content);
-    [[nodiscard]] int heightForWidth(int width) const override;
+    /// Puts everything where its text leaves it room: the height of all. To be called after each change.
+    int place();
 
     void focusMainButton(Qt::FocusReason reason);
     SettingsButton& settingsButton() { return *settings_; }
@@ -32,7 +33,6 @@ class PanelBody : public QWidget {
     void setSettingsTrouble(const std::string& sentence);
 
   protected:
-    void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
   private:
@@ -43,10 +43,8 @@ class PanelBody : public QWidget {
         int rise = 0;     ///< above and below, into the gaps
     };
     [[nodiscard]] std::vector<Block> blocks() const;
-    static int widthOf(const Block& block, int bodyWidth);
     void arrange();
     void chainTabOrder();
-    void place();
 
     ActionButton::Perform perform_;
     PanelContent content_;

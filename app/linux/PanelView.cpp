@@ -82,7 +82,7 @@ void PanelView::draw() {
         setLayoutDirection(content.isRightToLeft ? Qt::RightToLeft : Qt::LeftToRight);
         body_->setContent(content);
         shown_ = std::move(content);
-        fitWindow();
+        fitIfSeen();
     }
     drawSettings();
     updateTick();
@@ -93,7 +93,7 @@ void PanelView::drawSettings() {
     if (std::exchange(settingsTrouble_, failure) == failure)
         return;
     body_->setSettingsTrouble(failure);
-    fitWindow();
+    fitIfSeen();
 }
 
 // --- Opening and closing
@@ -139,7 +139,7 @@ void PanelView::open() {
     build();
     source_.opened();
     draw();
-    fitWindow(); // also when nothing differs: the form or the anchor may be new
+    fitWindow(); // the form or the anchor may be new, too
     winId();     // the native window, to describe it before it appears
     if (isComposited_)
         declareShadow(*windowHandle(), panelFrame::margins);
@@ -243,9 +243,14 @@ void PanelView::tick() {
 
 // --- The window
 
+void PanelView::fitIfSeen() {
+    if (isVisible())
+        fitWindow(); // else it is done as it opens
+}
+
 void PanelView::fitWindow() {
     const QMargins shadow = isComposited_ ? panelFrame::margins : QMargins();
-    const QSize size(PanelBody::fixedWidth, body_->heightForWidth(PanelBody::fixedWidth));
+    const QSize size(PanelBody::fixedWidth, body_->place());
     const QRect body(QPoint(shadow.left(), shadow.top()), size);
     body_->setGeometry(body);
     const QSize outer = size.grownBy(shadow);

@@ -55,6 +55,7 @@ class PanelView : public QWidget {
     void open();
     void draw();
     void drawSettings();
+    void fitIfSeen();
     void fitWindow();
     [[nodiscard]] QRect bodyRect() const;
 
