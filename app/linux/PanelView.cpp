@@ -143,8 +143,10 @@ void PanelView::open() {
     winId();     // the native window, to describe it before it appears
     if (isComposited_)
         declareShadow(*windowHandle(), panelFrame::margins);
-    if (!isVisible())
+    if (!isVisible()) {
+        listInTaskbars(*windowHandle(), form_ == Form::window);
         body_->focusMainButton(Qt::OtherFocusReason);
+    }
     wasDeactivated_ = false;
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();

@@ -1,41 +1,17 @@
 #include "X11Desktop.h"
 
+#include "Xcb.h"
+
 #include <QGuiApplication>
 #include <QWindow>
 
-#include <xcb/xcb.h>
-
 #include <array>
 #include <cstdint>
-#include <cstdlib>
-#include <memory>
-#include <string>
 
 namespace wakeloft {
 
-namespace {
-
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
-template <class Reply>
-using ReplyPointer = std::unique_ptr<Reply, Free>;
-
-xcb_connection_t* connection() {
-    const auto* x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    return x11 != nullptr ? x11->connection() : nullptr;
-}
-
-xcb_atom_t atom(xcb_connection_t* x, const std::string& name) {
-    const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
-    const ReplyPointer<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
-}
-
-} // namespace
-
 bool isX11() {
-    return connection() != nullptr;
+    return xcbConnection() != nullptr;
 }
 
 bool isWayland() {
@@ -43,22 +19,14 @@ bool isWayland() {
 }
 
 bool hasCompositor() {
-    xcb_connection_t* x = connection();
+    xcb_connection_t* x = xcbConnection();
     if (x == nullptr)
         return isWayland();
-    int screen = 0;
-    int display = 0;
-    char* host = nullptr;
-    if (xcb_parse_display(nullptr, &host, &display, &screen) != 0)
-        std::free(host);
-    const xcb_atom_t selection = atom(x, "_NET_WM_CM_S" + std::to_string(screen));
-    const ReplyPointer<xcb_get_selection_owner_reply_t> reply(
-        xcb_get_selection_owner_reply(x, xcb_get_selection_owner(x, selection), nullptr));
-    return reply && reply->owner != XCB_WINDOW_NONE;
+    return xcbSelectionOwner(x, xcbScreenSelection(x, "_NET_WM_CM_S")) != XCB_WINDOW_NONE;
 }
 
 void declareShadow(QWindow& window, QMargins margins) {
-    xcb_connection_t* x = connection();
+    xcb_connection_t* x = xcbConnection();
     if (x == nullptr)
         return;
     const auto native = [&](int logical) {
@@ -67,7 +35,19 @@ void declareShadow(QWindow& window, QMargins margins) {
     const std::array<std::uint32_t, 4> extents{native(margins.left()), native(margins.right()),
                                                native(margins.top()), native(margins.bottom())};
     xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
-                        atom(x, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(), extents.data());
+                        xcbAtom(x, "_GTK_FRAME_EXTENTS"), XCB_ATOM_CARDINAL, 32, extents.size(),
+                        extents.data());
+}
+
+void listInTaskbars(QWindow& window, bool isListed) {
+    xcb_connection_t* x = xcbConnection();
+    if (x == nullptr)
+        return;
+    const std::array<xcb_atom_t, 2> states{xcbAtom(x, "_NET_WM_STATE_SKIP_TASKBAR"),
+                                           xcbAtom(x, "_NET_WM_STATE_SKIP_PAGER")};
+    xcb_change_property(x, XCB_PROP_MODE_REPLACE, static_cast<xcb_window_t>(window.winId()),
+                        xcbAtom(x, "_NET_WM_STATE"), XCB_ATOM_ATOM, 32,
+                        isListed ? 0 : static_cast<std::uint32_t>(states.size()), states.data());
 }
 
 } // namespace wakeloft

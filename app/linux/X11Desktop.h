@@ -17,4 +17,8 @@ bool hasCompositor();
 /// places the window by what is inside them. Before the window is shown; elsewhere it does nothing.
 void declareShadow(QWindow& window, QMargins margins);
 
+/// X11: whether bars and pagers list the window among the open ones. Before the window is shown; elsewhere it
+/// does nothing.
+void listInTaskbars(QWindow& window, bool isListed);
+
 } // namespace wakeloft
