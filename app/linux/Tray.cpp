@@ -13,7 +13,8 @@ namespace {
 
 constexpr const char* itemId = "wakeloft";
 constexpr std::int32_t firstSeparatorId = 1'000'000;
-constexpr Seconds patienceForHost = 5; // at login the tray often comes after the programs
+constexpr Seconds patienceForTray = 5; // at login the tray often comes after the programs
+constexpr Seconds patienceForHost = 1; // many trays are of both kinds, and become the new one last
 
 } // namespace
 
@@ -38,7 +39,10 @@ void Tray::refresh() {
     if (item_ == nullptr || content == content_)
         return;
     content_ = std::move(content);
-    item_->show(face(content_));
+    auto shown = face(content_);
+    if (oldTray_ != nullptr)
+        oldTray_->show(content_.icon, shown);
+    item_->show(std::move(shown));
 }
 
 void Tray::failed(const PlatformError& error) {
@@ -47,14 +51,33 @@ void Tray::failed(const PlatformError& error) {
 }
 
 void Tray::hostChanged(bool isHosted) {
-    const auto change = ++hostChanges_;
-    if (isHosted) {
+    isHosted_ = isHosted;
+    oldTray_.reset();
+    shownChanged();
+    if (!isHosted)
+        loop_.performAfter(patienceForHost, lifetime_.guard([this, change = shownChanges_] {
+            if (change == shownChanges_)
+                lookForOldTray();
+        }));
+}
+
+void Tray::lookForOldTray() {
+    XEmbedTray::Events events;
+    events.icon.pressed = [this](int x, int y) { events_.pressed(x, y, ""); };
+    events.icon.menuChosen = [this](std::int32_t id) { chosen(id); };
+    events.changed = [this] { shownChanged(); };
+    oldTray_ = std::make_unique<XEmbedTray>(content_.icon, face(content_), std::move(events));
+}
+
+void Tray::shownChanged() {
+    const auto change = ++shownChanges_;
+    if (isShown()) {
         panel_.report(AwakePanel::Trouble::trayHost, "");
         panel_.report(AwakePanel::Trouble::tray, "");
         return;
     }
-    loop_.performAfter(patienceForHost, lifetime_.guard([this, change] {
-        if (change == hostChanges_)
+    loop_.performAfter(patienceForTray, lifetime_.guard([this, change] {
+        if (change == shownChanges_)
             events_.isMissing();
     }));
 }

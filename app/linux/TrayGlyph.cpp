@@ -4,7 +4,6 @@
 #include "StatusNotifierItem.h"
 #include "status/TrayIcon.h"
 
-#include <QImage>
 #include <QtEndian>
 
 #include <filesystem>
@@ -25,17 +24,19 @@ TrayPixmap trayPixmap(const QImage& image) {
 
 } // namespace
 
+QImage trayImage(const MenuBarIcon& icon, LayoutDirection direction, int size, const QColor& color) {
+    QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QtGlyphCanvas canvas(image, color, 1);
+    drawTrayIcon(icon, direction, size, canvas);
+    return image;
+}
+
 std::vector<TrayPixmap> trayPixmaps(const MenuBarIcon& icon, LayoutDirection direction, const QColor& color) {
     std::vector<TrayPixmap> pixmaps;
-    for (const int size : {16, 22, 24, 32, 44, 48, 64}) {
-        QImage image(size, size, QImage::Format_ARGB32_Premultiplied);
-        image.fill(Qt::transparent);
-        {
-            QtGlyphCanvas canvas(image, color, 1);
-            drawTrayIcon(icon, direction, size, canvas);
-        }
-        pixmaps.push_back(trayPixmap(image.convertToFormat(QImage::Format_ARGB32)));
-    }
+    for (const int size : {16, 22, 24, 32, 44, 48, 64})
+        pixmaps.push_back(
+            trayPixmap(trayImage(icon, direction, size, color).convertToFormat(QImage::Format_ARGB32)));
     return pixmaps;
 }
 
