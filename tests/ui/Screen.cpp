@@ -57,10 +57,11 @@ bool hasTray() {
            !outputOf("xdotool search --class '^wrapper-2.0$' 2>/dev/null", true).empty();
 }
 
-std::optional<ScreenArea> trayIcons() {
+std::optional<ScreenArea> trayIcons(const std::string& windowClass) {
     constexpr int oneIcon = 22; // less is the bare tray
-    std::istringstream lines(outputOf(
-        "xdotool search --onlyvisible --class '^wrapper-2.0$' getwindowgeometry --shell 2>/dev/null", true));
+    std::istringstream lines(outputOf("xdotool search --onlyvisible --class '^" + windowClass +
+                                          "$' getwindowgeometry --shell 2>/dev/null",
+                                      true));
     ScreenArea area;
     for (std::string line; std::getline(lines, line);)
         for (auto [name, value] : {std::pair("X=", &area.x), std::pair("Y=", &area.y),
@@ -80,6 +81,11 @@ void click(int x, int y) {
 
 void click(const ScreenArea& area) {
     click(area.x + area.width / 2, area.y + area.height / 2);
+}
+
+void rightClick(const ScreenArea& area) {
+    movePointer(area.x + area.width / 2, area.y + area.height / 2);
+    outputOf("xdotool sleep 0.03 click 3");
 }
 
 void type(const std::string& keys) {

@@ -15,12 +15,13 @@ namespace screen {
 
 /// There is a display, and a panel that shows the tray's icons on it.
 bool hasTray();
-/// Where the tray's icons are; nothing while there is none.
-std::optional<ScreenArea> trayIcons();
+/// Where the tray's icons are, a visible window of this class; nothing while there is none.
+std::optional<ScreenArea> trayIcons(const std::string& windowClass = "wrapper-2.0");
 
 void movePointer(int x, int y);
 void click(int x, int y);
 void click(const ScreenArea& area);
+void rightClick(const ScreenArea& area);
 /// Keys as xdotool names them, one after the other: "Tab Return".
 void type(const std::string& keys);
 
