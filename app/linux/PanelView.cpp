@@ -150,6 +150,8 @@ void PanelView::open() {
     wasDeactivated_ = false;
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
+    if (form_ == Form::panel)
+        plasma_.place(*windowHandle(), pos());
     raise();
     activateWindow();
 }
@@ -214,6 +216,7 @@ void PanelView::showEvent(QShowEvent* event) {
 
 void PanelView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
+    plasma_.forget();
     updateTick();
     sinceClosed_.start();
     if (!closingPressIsHeld_)
@@ -260,6 +263,8 @@ void PanelView::fitWindow() {
         const QScreen* screen = screenOf(anchor_);
         const QPoint place = panelPosition(size, anchor_, {screen->geometry(), screen->availableGeometry()});
         move(place - body.topLeft());
+        if (isVisible())
+            plasma_.place(*windowHandle(), pos());
     }
     setFixedSize(outer);
     if (std::exchange(isToBeCentered_, false))

@@ -2,6 +2,7 @@
 
 #include "OutsidePress.h"
 #include "PanelContent.h"
+#include "PlasmaPlacement.h"
 #include "SettingsView.h"
 
 #include <QElapsedTimer>
@@ -82,6 +83,7 @@ class PanelView : public QWidget {
     QElapsedTimer sinceClosed_;
     bool closingPressIsHeld_ = false;
     OutsidePress outsidePress_;
+    PlasmaPlacement plasma_;
 };
 
 } // namespace wakeloft

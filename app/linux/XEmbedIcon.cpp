@@ -148,6 +148,9 @@ void XEmbedIcon::paintEvent(QPaintEvent*) {
 void XEmbedIcon::contextMenuEvent(QContextMenuEvent* event) {
     auto* menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    QPalette quiet = menu->palette();
+    quiet.setColor(QPalette::Disabled, QPalette::Light, Qt::transparent); // no shadow below disabled lines
+    menu->setPalette(quiet);
     for (const TrayMenuLine& line : face_.menu) {
         if (line.isSeparator) {
             menu->addSeparator();
