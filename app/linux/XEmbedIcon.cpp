@@ -1,9 +1,9 @@
 #include "XEmbedIcon.h"
 
+#include "FramedMenu.h"
 #include "TrayGlyph.h"
 
 #include <QContextMenuEvent>
-#include <QMenu>
 #include <QPainter>
 #include <QScreen>
 #include <QTimer>
@@ -146,11 +146,8 @@ void XEmbedIcon::paintEvent(QPaintEvent*) {
 }
 
 void XEmbedIcon::contextMenuEvent(QContextMenuEvent* event) {
-    auto* menu = new QMenu(this);
+    auto* menu = new FramedMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    QPalette quiet = menu->palette();
-    quiet.setColor(QPalette::Disabled, QPalette::Light, Qt::transparent); // no shadow below disabled lines
-    menu->setPalette(quiet);
     for (const TrayMenuLine& line : face_.menu) {
         if (line.isSeparator) {
             menu->addSeparator();
@@ -163,7 +160,7 @@ void XEmbedIcon::contextMenuEvent(QContextMenuEvent* event) {
         action->setChecked(line.isChecked.value_or(false));
         connect(action, &QAction::triggered, this, [this, id = line.id] { events_.menuChosen(id); });
     }
-    menu->popup(event->globalPos());
+    menu->openAt(event->globalPos());
 }
 
 } // namespace wakeloft
