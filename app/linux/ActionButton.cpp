@@ -1,7 +1,6 @@
 #include "ActionButton.h"
 
 #include "FocusRing.h"
-#include "TextBlock.h"
 #include "Theme.h"
 
 #include <QFocusEvent>
@@ -76,7 +75,8 @@ int ActionButton::naturalWidth() const {
 
 int ActionButton::heightForWidth(int width) const {
     const Metrics metrics = metricsOf(kind_);
-    const TextBlock text(title_, {font(), layoutDirection(), true}, width - 2 * metrics.horizontalPadding);
+    const TextBlock& text = titleBlock_.of(title_, {font(), layoutDirection(), kind_ != Kind::link},
+                                           width - 2 * metrics.horizontalPadding);
     return std::max(metrics.minimumHeight, qRound(text.height()) + 2 * metrics.verticalPadding);
 }
 
@@ -115,7 +115,8 @@ void ActionButton::paintEvent(QPaintEvent*) {
     QFont textFont = font();
     textFont.setUnderline(kind_ == Kind::link && (underMouse() || isDown()));
     const qreal padding = metricsOf(kind_).horizontalPadding;
-    const TextBlock text(title_, {textFont, layoutDirection(), kind_ != Kind::link}, width() - 2 * padding);
+    const TextBlock& text =
+        titleBlock_.of(title_, {textFont, layoutDirection(), kind_ != Kind::link}, width() - 2 * padding);
     painter.setPen(palette().color(textRole()));
     text.draw(painter, {padding, std::floor((height() - text.height()) / 2)});
 

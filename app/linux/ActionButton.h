@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PanelContent.h"
+#include "TextBlock.h"
 
 #include <QPushButton>
 
@@ -38,6 +39,7 @@ class ActionButton : public QPushButton {
 
     Kind kind_;
     QString title_;
+    mutable KeptTextBlock titleBlock_;
     PanelAction action_;
     bool hasFocusRing_ = false;
 };

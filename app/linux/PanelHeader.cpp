@@ -1,7 +1,6 @@
 #include "PanelHeader.h"
 
 #include "GlyphImage.h"
-#include "TextBlock.h"
 #include "Theme.h"
 #include "status/AwakeGlyph.h"
 
@@ -42,8 +41,8 @@ void PanelHeader::setContent(const PanelContent& content) {
 
 int PanelHeader::heightForWidth(int width) const {
     const int textWidth = width - glyphSize - glyphGap;
-    const TextBlock title(title_, titleFormat(*this), textWidth);
-    const TextBlock status(statusLine_, statusFormat(*this), textWidth);
+    const TextBlock& title = titleBlock_.of(title_, titleFormat(*this), textWidth);
+    const TextBlock& status = statusBlock_.of(statusLine_, statusFormat(*this), textWidth);
     return std::max(glyphSize, qRound(title.height() + status.height()));
 }
 
@@ -51,8 +50,8 @@ void PanelHeader::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     const QColor color = palette().color(role::text);
     const int textWidth = width() - glyphSize - glyphGap;
-    const TextBlock title(title_, titleFormat(*this), textWidth);
-    const TextBlock status(statusLine_, statusFormat(*this), textWidth);
+    const TextBlock& title = titleBlock_.of(title_, titleFormat(*this), textWidth);
+    const TextBlock& status = statusBlock_.of(statusLine_, statusFormat(*this), textWidth);
 
     const TemplateImage glyph = icon_.glyph().image(glyphPoints);
     const QRectF box = QStyle::visualRect(layoutDirection(), rect(), QRect(0, 0, glyphSize, height()));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "PanelContent.h"
+#include "TextBlock.h"
 
 #include <QLabel>
 
@@ -21,6 +22,8 @@ class PanelHeader : public QLabel {
     MenuBarIcon icon_;
     QString title_;
     QString statusLine_;
+    mutable KeptTextBlock titleBlock_;
+    mutable KeptTextBlock statusBlock_;
 };
 
 } // namespace wakeloft

@@ -1,7 +1,6 @@
 #include "SwitchRow.h"
 
 #include "FocusRing.h"
-#include "TextBlock.h"
 #include "Theme.h"
 
 #include <QFocusEvent>
@@ -61,15 +60,16 @@ void SwitchRow::setContent(const PanelSwitch& content) {
 }
 
 int SwitchRow::titleHeight(int width) const {
-    const TextBlock title(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width));
+    const TextBlock& title =
+        titleBlock_.of(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width));
     return std::max(trackHeight, qRound(title.height()));
 }
 
 int SwitchRow::heightForWidth(int width) const {
     int height = titleHeight(width) + 2 * ringMargin;
     if (!footnote_.isEmpty()) {
-        const TextBlock footnote(footnote_, {scaledFont(fontScale::footnote), layoutDirection()},
-                                 width - 2 * ringMargin);
+        const TextBlock& footnote = footnoteBlock_.of(
+            footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, width - 2 * ringMargin);
         height += footnoteGap + qRound(footnote.height());
     }
     return height;
@@ -87,7 +87,8 @@ void SwitchRow::paintEvent(QPaintEvent*) {
     const auto mirrored = [&](const QRect& place) {
         return QStyle::visualRect(layoutDirection(), inside, place);
     };
-    const TextBlock title(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width()));
+    const TextBlock& title =
+        titleBlock_.of(title_, {scaledFont(fontScale::body), layoutDirection()}, textWidth(width()));
     const QRect text = mirrored({row.x(), row.y(), textWidth(width()), row.height()});
     painter.setPen(palette().color(isEnabled() ? role::text : role::secondaryText));
     title.draw(painter, QPointF(text.x(), row.y() + std::floor((row.height() - title.height()) / 2)));
@@ -96,7 +97,7 @@ void SwitchRow::paintEvent(QPaintEvent*) {
     if (footnote_.isEmpty())
         return;
     painter.setPen(palette().color(role::secondaryText));
-    TextBlock(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, inside.width())
+    footnoteBlock_.of(footnote_, {scaledFont(fontScale::footnote), layoutDirection()}, inside.width())
         .draw(painter, QPointF(inside.x(), row.bottom() + 1 + footnoteGap));
 }
 

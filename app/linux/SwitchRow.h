@@ -2,6 +2,7 @@
 
 #include "Motion.h"
 #include "PanelContent.h"
+#include "TextBlock.h"
 
 #include <QCheckBox>
 
@@ -36,6 +37,8 @@ class SwitchRow : public QCheckBox {
     PanelSwitch content_;
     QString title_;
     QString footnote_;
+    mutable KeptTextBlock titleBlock_;
+    mutable KeptTextBlock footnoteBlock_;
     Motion knob_; ///< from off, 0, to on, 1
     bool hasFocusRing_ = false;
 };

@@ -124,6 +124,16 @@ void TextBlock::draw(QPainter& painter, QPointF topLeft) const {
     layout_.draw(&painter, topLeft + QPointF(indent_, 0));
 }
 
+const TextBlock& KeptTextBlock::of(const QString& text, const TextBlock::Format& format, qreal width) {
+    if (!block_ || text != text_ || format != format_ || width != width_) {
+        block_.emplace(text, format, width);
+        text_ = text;
+        format_ = format;
+        width_ = width;
+    }
+    return *block_;
+}
+
 qreal TextBlock::singleLineWidth(const QString& text, const QFont& font) {
     // Laid out like the drawn text: metrics alone differ where another font steps in for a script.
     QTextLayout layout(text, font);

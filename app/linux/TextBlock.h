@@ -5,6 +5,8 @@
 #include <QString>
 #include <QTextLayout>
 
+#include <optional>
+
 class QPainter;
 
 namespace wakeloft {
@@ -18,6 +20,8 @@ class TextBlock {
         Qt::LayoutDirection direction = Qt::LeftToRight;
         bool isCentered = false;
         bool hasFixedDigits = false; ///< all digits equally wide in any font: a countdown does not tremble
+
+        bool operator==(const Format&) const = default;
     };
 
     TextBlock(const QString& text, const Format& format, qreal width);
@@ -38,6 +42,18 @@ class TextBlock {
     QTextLayout layout_;
     qreal height_ = 0;
     qreal indent_ = 0;
+};
+
+/// Keeps a text laid out until it differs: measured and drawn several times as a panel opens.
+class KeptTextBlock {
+  public:
+    const TextBlock& of(const QString& text, const TextBlock::Format& format, qreal width);
+
+  private:
+    QString text_;
+    TextBlock::Format format_;
+    qreal width_ = 0;
+    std::optional<TextBlock> block_;
 };
 
 } // namespace wakeloft

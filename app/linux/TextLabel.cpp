@@ -1,7 +1,5 @@
 #include "TextLabel.h"
 
-#include "TextBlock.h"
-
 #include <QPainter>
 
 namespace wakeloft {
@@ -12,15 +10,18 @@ TextLabel::TextLabel(const QFont& font, QPalette::ColorRole color, QWidget* pare
     setTextFormat(Qt::PlainText);
 }
 
+TextBlock::Format TextLabel::format() const {
+    return {font(), layoutDirection(), (alignment() & Qt::AlignHCenter) != 0};
+}
+
 int TextLabel::heightForWidth(int width) const {
-    return qRound(TextBlock(text(), {font(), layoutDirection()}, width).height());
+    return qRound(text_.of(text(), format(), width).height());
 }
 
 void TextLabel::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setPen(palette().color(foregroundRole()));
-    const bool isCentered = (alignment() & Qt::AlignHCenter) != 0;
-    TextBlock(text(), {font(), layoutDirection(), isCentered}, width()).draw(painter, {0, 0});
+    text_.of(text(), format(), width()).draw(painter, {0, 0});
 }
 
 } // namespace wakeloft

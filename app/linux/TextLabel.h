@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextBlock.h"
+
 #include <QLabel>
 
 namespace wakeloft {
@@ -13,6 +15,11 @@ class TextLabel : public QLabel {
 
   protected:
     void paintEvent(QPaintEvent* event) override;
+
+  private:
+    [[nodiscard]] TextBlock::Format format() const;
+
+    mutable KeptTextBlock text_;
 };
 
 } // namespace wakeloft
