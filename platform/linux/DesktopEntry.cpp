@@ -75,22 +75,21 @@ bool DesktopEntry::isFalse(std::string_view key) const {
 
 void DesktopEntry::set(std::string_view key, std::string_view value) {
     auto line = std::string(key).append("=").append(value);
-    const auto found =
-        std::find_if(lines_.begin(), endOfGroup(), [&](const auto& each) { return keyOf(each) == key; });
-    if (found == endOfGroup()) {
+    const auto isIt = [&](const auto& each) { return keyOf(each) == key; };
+    const auto end = endOfGroup();
+    const auto found = std::find_if(lines_.begin(), end, isIt);
+    if (found == end) {
         lines_.insert(found, std::move(line));
         return;
     }
     *found = std::move(line);
-    lines_.erase(
-        std::remove_if(found + 1, endOfGroup(), [&](const auto& each) { return keyOf(each) == key; }),
-        endOfGroup());
+    lines_.erase(std::remove_if(found + 1, end, isIt), end);
 }
 
 void DesktopEntry::remove(std::string_view key) {
-    lines_.erase(
-        std::remove_if(lines_.begin(), endOfGroup(), [&](const auto& each) { return keyOf(each) == key; }),
-        endOfGroup());
+    const auto end = endOfGroup(); // before lines are moved away, and look blank
+    lines_.erase(std::remove_if(lines_.begin(), end, [&](const auto& each) { return keyOf(each) == key; }),
+                 end);
 }
 
 std::optional<std::string> DesktopEntry::execWord(const std::filesystem::path& program) {
