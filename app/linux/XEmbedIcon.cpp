@@ -5,12 +5,13 @@
 
 #include <QContextMenuEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 #include <algorithm>
 #include <chrono>
 #include <cmath>
+#include <optional>
 #include <utility>
 
 namespace wakeloft {
@@ -43,6 +44,31 @@ bool blends(xcb_connection_t* x, xcb_window_t tray) {
     return false;
 }
 
+/// Reads the window itself; null when it is gone. The toolkit would read the screen instead, which a
+/// compositor has not drawn again yet.
+QImage pixelsOf(xcb_connection_t* x, xcb_window_t window, QRect area) {
+    constexpr std::uint32_t allPlanes = ~0U;
+    const XcbReply<xcb_get_image_reply_t> reply(xcb_get_image_reply(
+        x,
+        xcb_get_image(x, XCB_IMAGE_FORMAT_Z_PIXMAP, window, static_cast<std::int16_t>(area.x()),
+                      static_cast<std::int16_t>(area.y()), static_cast<std::uint16_t>(area.width()),
+                      static_cast<std::uint16_t>(area.height()), allPlanes),
+        nullptr));
+    if (!reply || xcb_get_image_data_length(reply.get()) < area.width() * area.height() * 4)
+        return {};
+    return QImage(xcb_get_image_data(reply.get()), area.width(), area.height(), QImage::Format_RGB32).copy();
+}
+
+/// Where a point of the window is on the screen, in device pixels; nothing when the window is gone.
+std::optional<QPoint> onScreen(xcb_connection_t* x, xcb_window_t window, QPoint point) {
+    const XcbReply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
+        x,
+        xcb_translate_coordinates(x, window, rootWindow(x), static_cast<std::int16_t>(point.x()),
+                                  static_cast<std::int16_t>(point.y())),
+        nullptr));
+    return reply ? std::optional(QPoint(reply->dst_x, reply->dst_y)) : std::nullopt;
+}
+
 } // namespace
 
 XEmbedIcon::XEmbedIcon(xcb_window_t tray, Events events) : events_(std::move(events)) {
@@ -68,6 +94,7 @@ XEmbedIcon::XEmbedIcon(xcb_window_t tray, Events events) : events_(std::move(eve
     request.data.data32[2] = static_cast<std::uint32_t>(winId());
     xcb_send_event(x, 0, tray, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&request));
     xcb_flush(x);
+    windowHandle()->installEventFilter(this);
 }
 
 void XEmbedIcon::setFace(const MenuBarIcon& icon, const TrayItemFace& face) {
@@ -82,38 +109,42 @@ void XEmbedIcon::setFace(const MenuBarIcon& icon, const TrayItemFace& face) {
 }
 
 void XEmbedIcon::tellPress() {
-    xcb_connection_t* x = xcbConnection();
     const auto middle = (QPointF(width(), height()) * devicePixelRatio() / 2).toPoint();
-    const XcbReply<xcb_translate_coordinates_reply_t> reply(xcb_translate_coordinates_reply(
-        x,
-        xcb_translate_coordinates(
-            x, static_cast<xcb_window_t>(winId()), xcb_setup_roots_iterator(xcb_get_setup(x)).data->root,
-            static_cast<std::int16_t>(middle.x()), static_cast<std::int16_t>(middle.y())),
-        nullptr));
-    if (reply) // else the tray has just gone, and the window with it
-        events_.pressed(reply->dst_x, reply->dst_y);
+    if (const auto place = onScreen(xcbConnection(), static_cast<xcb_window_t>(winId()), middle))
+        events_.pressed(place->x(), place->y()); // else the tray has just gone, and the window with it
 }
 
 /// What the tray shows where the icon is. One that does not blend lends its background for a moment: kept, it
 /// would forbid the tray to move the window into another kind of window.
 QImage XEmbedIcon::trayBehind() {
-    if (testAttribute(Qt::WA_TranslucentBackground)) // then the corner is the tray's already
-        return screen()->grabWindow(0, mapToGlobal(QPoint()).x(), mapToGlobal(QPoint()).y(), 1, 1).toImage();
     xcb_connection_t* x = xcbConnection();
     const auto window = static_cast<xcb_window_t>(winId());
+    if (testAttribute(Qt::WA_TranslucentBackground)) { // then the corner is the tray's already
+        const auto corner = onScreen(x, window, {});
+        return corner ? pixelsOf(x, rootWindow(x), {*corner, QSize(1, 1)}) : QImage();
+    }
     const auto setBackground = [&](std::uint32_t pixmap) {
         xcb_change_window_attributes(x, window, XCB_CW_BACK_PIXMAP, &pixmap);
     };
     setBackground(XCB_BACK_PIXMAP_PARENT_RELATIVE);
     xcb_clear_area(x, 0, window, 0, 0, 0, 0);
     setBackground(XCB_BACK_PIXMAP_NONE);
-    return screen()->grabWindow(winId()).toImage();
+    const XcbReply<xcb_get_geometry_reply_t> size(
+        xcb_get_geometry_reply(x, xcb_get_geometry(x, window), nullptr));
+    return size ? pixelsOf(x, window, {0, 0, size->width, size->height}) : QImage();
 }
 
 // A tray that changes its background, or draws it only after it has embedded the icon, does not say so.
 void XEmbedIcon::showEvent(QShowEvent* event) {
     QAbstractButton::showEvent(event);
     QTimer::singleShot(settling, this, [this] { update(); });
+}
+
+// What lies behind may have been covered when it was looked at.
+bool XEmbedIcon::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() == QEvent::Expose)
+        update();
+    return QAbstractButton::eventFilter(watched, event);
 }
 
 void XEmbedIcon::enterEvent(QEnterEvent* event) {
@@ -129,6 +160,8 @@ void XEmbedIcon::paintEvent(QPaintEvent*) {
     painter.setCompositionMode(QPainter::CompositionMode_Source);
     if (testAttribute(Qt::WA_TranslucentBackground))
         painter.fillRect(rect(), Qt::transparent);
+    else if (behind.isNull())
+        painter.fillRect(rect(), palette().window());
     else
         painter.drawImage(rect(), behind);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);

@@ -34,6 +34,7 @@ class XEmbedIcon : public QAbstractButton {
     void setFace(const MenuBarIcon& icon, const TrayItemFace& face);
 
   protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void showEvent(QShowEvent* event) override;
     void enterEvent(QEnterEvent* event) override;
     void paintEvent(QPaintEvent* event) override;

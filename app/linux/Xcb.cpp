@@ -11,6 +11,10 @@ xcb_connection_t* xcbConnection() {
     return x11 != nullptr ? x11->connection() : nullptr;
 }
 
+xcb_window_t rootWindow(xcb_connection_t* x) {
+    return xcb_setup_roots_iterator(xcb_get_setup(x)).data->root;
+}
+
 xcb_atom_t xcbAtom(xcb_connection_t* x, const std::string& name) {
     const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
     const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr));

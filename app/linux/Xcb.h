@@ -17,6 +17,9 @@ using XcbReply = std::unique_ptr<Reply, FreeXcbReply>;
 /// Qt's own connection to the display; null elsewhere than on X11.
 xcb_connection_t* xcbConnection();
 
+/// The whole screen's.
+xcb_window_t rootWindow(xcb_connection_t* x);
+
 xcb_atom_t xcbAtom(xcb_connection_t* x, const std::string& name);
 
 /// `name` with the number of the screen at its end, as the selections of a screen's services have it.

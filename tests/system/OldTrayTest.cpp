@@ -4,6 +4,8 @@
 #include "ui/Screen.h"
 
 #include <algorithm>
+#include <chrono>
+#include <thread>
 
 namespace wakeloft {
 namespace {
@@ -31,7 +33,8 @@ std::unique_ptr<FakeService> newTray(sd_event* event) {
 struct OldTray : testing::Test {
     static constexpr const char* button = "push button";
 
-    void SetUp() override {
+    /// Behind a bar, or the program opens its window for want of one.
+    void startApp() {
         app.start();
         ASSERT_TRUE(app.isReady()) << app.output();
         ASSERT_TRUE(comesTrue([this] { return tree.follow(app.process().pid()); }));
@@ -70,6 +73,7 @@ struct OldTray : testing::Test {
 
 TEST_F(OldTray, ShowsAnIconThatOpensThePanelAndTheMenu) {
     const auto tray = oldTray("0xffffff");
+    ASSERT_NO_FATAL_FAILURE(startApp());
     ASSERT_TRUE(hasIcon("Wakeloft: off"));
     ASSERT_TRUE(comes([] { return icon().width >= 22; }));
     const auto place = icon();
@@ -90,10 +94,25 @@ TEST_F(OldTray, ShowsAnIconThatOpensThePanelAndTheMenu) {
     EXPECT_TRUE(hasIcon("Wakeloft: on"));
 }
 
+TEST_F(OldTray, ShowsNothingOfTheStateBeforeAlsoUnderACompositor) {
+    const ChildProcess compositor({"xfwm4", "--compositor=on"});
+    const auto tray = oldTray("0xffffff");
+    ASSERT_NO_FATAL_FAILURE(startApp());
+    ASSERT_TRUE(hasIcon("Wakeloft: off"));
+    ASSERT_TRUE(comes([] { return icon().width >= 22 && shades().first < 80; }));
+    std::this_thread::sleep_for(std::chrono::seconds(1)); // the bar has settled
+    const auto off = screen::pixels(icon());
+    app.act("turn-on");
+    ASSERT_TRUE(comes([&] { return screen::pixels(icon()) != off; }));
+    app.act("turn-off");
+    EXPECT_TRUE(comes([&] { return screen::pixels(icon()) == off; }));
+}
+
 TEST_F(OldTray, FollowsTraysThatComeAndGoAndTheirColour) {
     constexpr int dark = 80;
     constexpr int light = 175;
     auto tray = oldTray("0xffffff");
+    ASSERT_NO_FATAL_FAILURE(startApp());
     ASSERT_TRUE(hasIcon("Wakeloft: off"));
     EXPECT_TRUE(comes([] { return shades().first < dark && shades().second > light; }));
     tray.reset();
