@@ -26,12 +26,12 @@ class Veil : public QWidget {
                   deleteLater();
           }) {
         setAttribute(Qt::WA_TransparentForMouseEvents);
-        setGeometry(window.rect());
     }
 
   protected:
     void showEvent(QShowEvent* event) override {
         QWidget::showEvent(event);
+        setGeometry(parentWidget()->rect()); // a menu gets its size only as it pops up
         share_.moveTo(1);
     }
     void paintEvent(QPaintEvent* event) override {
