@@ -17,10 +17,12 @@ namespace wakeloft {
 namespace {
 
 /// The toolkit's own window system, where it can be asked: what tells its handles may differ between
-/// releases.
+/// releases. Nor where the toolkit scales by itself, in units that the shell does not know.
 QPlatformNativeInterface* toolkit() {
     const bool isAsBuilt = std::strcmp(qVersion(), QT_VERSION_STR) == 0;
-    return isWayland() && isAsBuilt ? QGuiApplication::platformNativeInterface() : nullptr;
+    const bool isScaled = !qEnvironmentVariableIsEmpty("QT_SCALE_FACTOR") ||
+                          !qEnvironmentVariableIsEmpty("QT_SCREEN_SCALE_FACTORS");
+    return isWayland() && isAsBuilt && !isScaled ? QGuiApplication::platformNativeInterface() : nullptr;
 }
 
 void bindShell(void* data, wl_registry* registry, std::uint32_t name, const char* interface,
