@@ -82,7 +82,7 @@ void MenuBarItem::Views::openPanel() {
 
 void MenuBarItem::Views::press() {
     if (popover != nullptr && popover->isOpen())
-        popover->close();
+        popover->closeAndStepBack();
     else
         openPanel();
 }

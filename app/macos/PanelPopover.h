@@ -31,6 +31,8 @@ class PanelPopover {
     /// what is there.
     void openBelow(NSView* anchor);
     void close();
+    /// Closes it as the user does at the item or by Escape: the app that was in front before it goes on.
+    void closeAndStepBack();
     /// Redraws what differs. Does nothing while closed.
     void refresh();
     /// Has the keys typed in the panel, once the app is in front. Does nothing while closed.
@@ -48,6 +50,7 @@ class PanelPopover {
     std::function<void(bool isOpen)> shown_;
     bool isOpen_ = false;
     NSView* _Nullable anchor_ = nil;
+    NSRunningApplication* _Nullable before_ = nil; ///< in front when it opened; nil: we were
     NSTimer* _Nullable tick_ = nil;
     PanelBody body_;
     SettingsView settings_;

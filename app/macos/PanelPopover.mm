@@ -47,12 +47,14 @@ PanelPopover::~PanelPopover() {
 void PanelPopover::openBelow(NSView* anchor) {
     requireMainThread("PanelPopover::openBelow");
     anchor_ = anchor;
+    NSApplication* application = NSApplication.sharedApplication;
+    before_ = application.active ? nil : NSWorkspace.sharedWorkspace.frontmostApplication;
     isOpen_ = true;
     panel_.opened();
     draw();
     popover_->showBelow(anchor);
     dismissal_.start();
-    [NSApplication.sharedApplication activate];
+    [application activate];
     takeKeyboard();
     shown_(true);
 }
@@ -62,9 +64,22 @@ void PanelPopover::close() {
         popover_->close();
 }
 
+// Nobody else would take the keyboard back from an app that has no window left.
+void PanelPopover::closeAndStepBack() {
+    NSRunningApplication* before = std::exchange(before_, nil);
+    close();
+    NSApplication* application = NSApplication.sharedApplication;
+    if (before == nil || before.terminated || !application.active)
+        return;
+    [application yieldActivationToApplication:before];
+    if (![before activateFromApplication:NSRunningApplication.currentApplication options:0])
+        NSLog(@"Wakeloft: the app that was in front before the panel could not be brought back there.");
+}
+
 void PanelPopover::closes() {
     if (!std::exchange(isOpen_, false))
         return;
+    before_ = nil;
     dismissal_.stop();
     armTick();
     settings_.closePopover();
@@ -111,7 +126,7 @@ bool PanelPopover::keyPressed(NSEvent* event) {
     NSString* characters = event.characters;
     if (characters == nil || plainText(characters) != QuitConfirmationAlert::escapeKey)
         return settings_.performShortcut(event);
-    close();
+    closeAndStepBack();
     return true;
 }
 

@@ -22,7 +22,6 @@ typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) { NSApplicationActivat
 - (BOOL)setActivationPolicy:(NSApplicationActivationPolicy)policy SURFACE_SINCE(10.6);
 @end
 
-@class NSRunningApplication;
 SURFACE_SINCE(10.15)
 @interface NSWorkspaceOpenConfiguration : NSObject <NSCopying>
 + (instancetype)configuration;
