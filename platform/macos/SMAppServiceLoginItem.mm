@@ -48,8 +48,8 @@ bool SMAppServiceLoginItem::isAtStableLocation() const {
 std::expected<void, Error> SMAppServiceLoginItem::registerItem() {
     requireMainThread("SMAppServiceLoginItem::registerItem");
     NSError* error = nil;
-    if ([implementation_->service registerAndReturnError:&error])
-        return {};
+    if ([implementation_->service registerAndReturnError:&error] || error.code == kSMErrorAlreadyRegistered)
+        return {}; // some releases tell so that it is as asked
     return std::unexpected(platformError(error));
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <Foundation/Foundation.h>
 NS_ASSUME_NONNULL_BEGIN
+enum { kSMErrorAlreadyRegistered = 12 };
 typedef NS_ENUM(NSInteger, SMAppServiceStatus) {
     SMAppServiceStatusNotRegistered = 0,
     SMAppServiceStatusEnabled = 1,
