@@ -3,6 +3,7 @@
 #include <QGuiApplication>
 
 #include <cstdint>
+#include <map>
 
 namespace wakeloft {
 
@@ -16,9 +17,13 @@ xcb_window_t rootWindow(xcb_connection_t* x) {
 }
 
 xcb_atom_t xcbAtom(xcb_connection_t* x, const std::string& name) {
+    // A display numbers a name once, and the panel would wait for each of its questions as it opens.
+    static std::map<std::string, xcb_atom_t> known;
+    if (const auto found = known.find(name); found != known.end())
+        return found->second;
     const auto cookie = xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str());
     const XcbReply<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(x, cookie, nullptr));
-    return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+    return reply ? known[name] = reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
 }
 
 xcb_atom_t xcbScreenSelection(xcb_connection_t* x, const std::string& name) {
