@@ -84,7 +84,8 @@ void measureMemory(Table& table, const MeasuredPrograms& programs) {
     table.limitRatio("memory, private", "MiB", figure.own, floor.own, mostRatio);
     table.limitRatio("memory, private and dirty", "MiB", figure.ownDirty, floor.ownDirty, mostRatio);
     table.limitRatio("panel used, resident (RSS)", "MiB", used.resident, usedFloor.resident, mostRatioUsed);
-    table.limitRatio("... proportional (PSS)", "MiB", used.proportional, usedFloor.proportional, mostRatio);
+    table.limitRatio("... proportional (PSS)", "MiB", used.proportional, usedFloor.proportional,
+                     mostRatioUsed);
     table.limitRatio("... private and dirty", "MiB", used.ownDirty, usedFloor.ownDirty, mostRatio);
 }
 
