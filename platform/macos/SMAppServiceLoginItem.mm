@@ -48,8 +48,12 @@ bool SMAppServiceLoginItem::isAtStableLocation() const {
 std::expected<void, Error> SMAppServiceLoginItem::registerItem() {
     requireMainThread("SMAppServiceLoginItem::registerItem");
     NSError* error = nil;
-    if ([implementation_->service registerAndReturnError:&error] || error.code == kSMErrorAlreadyRegistered)
-        return {}; // some releases tell so that it is as asked
+    SMAppService* service = implementation_->service;
+    if ([service registerAndReturnError:&error])
+        return {};
+    // So some releases say that it is as asked. The number alone could be another service's error.
+    if (error.code == kSMErrorAlreadyRegistered && service.status == SMAppServiceStatusEnabled)
+        return {};
     return std::unexpected(platformError(error));
 }
 
