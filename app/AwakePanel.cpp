@@ -36,7 +36,6 @@ PanelContent AwakePanel::content() const {
     content.title = localizer_.text("Wakeloft");
     content.spokenStatus = texts_.spokenStatus();
     content.statusLine = texts_.statusLine();
-    content.statusLineTicks = controller_.isOn() && controller_.activeUntil();
     content.explanation = texts_.explanation(lid_.isOn());
     content.mainButton = mainButton();
     content.sessionButtons = sessionButtons();

@@ -80,8 +80,6 @@ struct PanelContent {
     std::string title;
     std::string spokenStatus; ///< the accessible name of the whole header
     std::string statusLine;
-    bool statusLineTicks =
-        false; ///< the status line changes every second: ask for the content again while shown
     std::string explanation;
     PanelButton mainButton;
     std::string sessionCaption; ///< above the session buttons; empty: none

@@ -119,6 +119,7 @@ LinuxApp::LinuxApp(const Surroundings& surroundings)
       settingsPopup_(presets_, localizer_, formatter_, localizer_.locale()),
       about_(localizer_, aboutInfo(), dates_, timeZone_),
       view_({.content = [this] { return panel_.content(); },
+             .untilStatusLineTicks = [this] { return panel_.untilStatusLineTicks(); },
              .perform = [this](const PanelAction& action) { panel_.perform(action); },
              .opened = [this] { panel_.opened(); },
              .settings = {settingsMenu_, settingsPopup_, about_}}) {

@@ -24,8 +24,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto samePress = 200ms;
-constexpr auto tickInterval = 1000ms;
-constexpr auto tickNudge = 50ms;
 
 QScreen* screenOf(QPoint logical) {
     QScreen* screen = QGuiApplication::screenAt(logical);
@@ -52,7 +50,8 @@ PanelView::PanelView(Source source)
       outsidePress_({[this] { pressedAnywhere(); }, [this] { releasedAnywhere(); }}) {
     setAttribute(Qt::WA_QuitOnClose, false);
     tick_.setTimerType(Qt::PreciseTimer); // never early, so that no second shows twice
-    connect(&tick_, &QTimer::timeout, this, [this] { tick(); });
+    tick_.setSingleShot(true);
+    connect(&tick_, &QTimer::timeout, this, [this] { refresh(); });
 }
 
 PanelView::~PanelView() = default;
@@ -85,7 +84,7 @@ void PanelView::draw() {
         fitIfSeen();
     }
     drawSettings();
-    updateTick();
+    armTick();
 }
 
 void PanelView::drawSettings() {
@@ -194,7 +193,7 @@ void PanelView::keyPressEvent(QKeyEvent* event) {
 void PanelView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::WindowStateChange)
-        updateTick();
+        armTick();
     if (event->type() != QEvent::ActivationChange || !isVisible())
         return;
     if (!isActiveWindow()) {
@@ -211,13 +210,13 @@ void PanelView::changeEvent(QEvent* event) {
 
 void PanelView::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    updateTick();
+    armTick();
 }
 
 void PanelView::hideEvent(QHideEvent* event) {
     QWidget::hideEvent(event);
     plasma_.forget();
-    updateTick();
+    armTick();
     sinceClosed_.start();
     if (!closingPressIsHeld_)
         outsidePress_.stop();
@@ -225,25 +224,11 @@ void PanelView::hideEvent(QHideEvent* event) {
 
 // --- The countdown
 
-void PanelView::updateTick() {
-    const bool isNeeded = shown_.statusLineTicks && isVisible() && !isMinimized();
-    if (!isNeeded)
-        tick_.stop();
-    else if (!tick_.isActive())
-        tick_.start(tickInterval);
-}
-
-void PanelView::tick() {
-    const std::string before = shown_.statusLine;
-    refresh();
-    if (!tick_.isActive())
-        return;
-    // A tick that fell just before a change moves behind it, once, and keeps that distance.
-    const bool wasNudged = tick_.intervalAsDuration() == tickNudge;
-    if (wasNudged)
-        tick_.start(tickInterval);
-    else if (shown_.statusLine == before)
-        tick_.start(tickNudge);
+void PanelView::armTick() {
+    tick_.stop();
+    const auto wait = isVisible() && !isMinimized() ? source_.untilStatusLineTicks() : std::nullopt;
+    if (wait)
+        tick_.start(std::chrono::ceil<std::chrono::milliseconds>(std::chrono::duration<double>(*wait)));
 }
 
 // --- The window

@@ -4,6 +4,7 @@
 #include "PanelContent.h"
 #include "PlasmaPlacement.h"
 #include "SettingsView.h"
+#include "support/Date.h"
 
 #include <QElapsedTimer>
 #include <QTimer>
@@ -11,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace wakeloft {
 
@@ -22,6 +24,8 @@ class PanelView : public QWidget {
   public:
     struct Source {
         std::function<PanelContent()> content;
+        /// How long its status line is right; nothing where that does not tick.
+        std::function<std::optional<Seconds>()> untilStatusLineTicks;
         std::function<void(const PanelAction&)> perform;
         /// The user opens the panel: it appears, or its window becomes active again. Called before it draws.
         std::function<void()> opened;
@@ -60,8 +64,7 @@ class PanelView : public QWidget {
     void fitWindow();
     [[nodiscard]] QRect bodyRect() const;
 
-    void updateTick();
-    void tick();
+    void armTick();
 
     void startWatchingPresses();
     void pressedAnywhere();
