@@ -1,8 +1,12 @@
 #include "OutsidePress.h"
 
+#include <QCoreApplication>
+#include <QMouseEvent>
+
 #include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <string>
 #include <utility>
@@ -68,15 +72,33 @@ std::expected<void, PlatformError> OutsidePress::start() {
     readable_ =
         std::make_unique<QSocketNotifier>(xcb_get_file_descriptor(connection_.get()), QSocketNotifier::Read);
     QObject::connect(readable_.get(), &QSocketNotifier::activated, readable_.get(), [this] { readEvents(); });
+    QCoreApplication::instance()->installEventFilter(this);
     return {};
 }
 
 void OutsidePress::stop() {
+    QCoreApplication::instance()->removeEventFilter(this);
+    ownPresses_.clear();
     if (readable_) {
         readable_->setEnabled(false);
         readable_.release()->deleteLater(); // this may be its own signal
     }
     connection_.reset();
+}
+
+bool OutsidePress::eventFilter(QObject* receiver, QEvent* event) {
+    if (receiver->isWindowType() &&
+        (event->type() == QEvent::MouseButtonPress || event->type() == QEvent::MouseButtonDblClick))
+        ownPresses_.push_back(static_cast<QMouseEvent*>(event)->timestamp());
+    return false;
+}
+
+bool OutsidePress::isOwn(std::uint64_t pressTime) {
+    const auto own = std::ranges::find(ownPresses_, pressTime);
+    if (own == ownPresses_.end())
+        return false;
+    ownPresses_.erase(ownPresses_.begin(), own + 1); // those before it were heard of here first
+    return true;
 }
 
 void OutsidePress::readEvents() {
@@ -92,7 +114,7 @@ void OutsidePress::readEvents() {
         const auto* button = reinterpret_cast<const xcb_input_raw_button_press_event_t*>(event.get());
         if (button->extension != extensionOpcode_ || isWheel(button->detail))
             continue;
-        if (button->event_type == XCB_INPUT_RAW_BUTTON_PRESS)
+        if (button->event_type == XCB_INPUT_RAW_BUTTON_PRESS && !isOwn(button->time))
             events_.pressed();
         else if (button->event_type == XCB_INPUT_RAW_BUTTON_RELEASE)
             events_.released();
