@@ -1,8 +1,8 @@
 #include "Benchmarks.h"
 #include "BusCalls.h"
 #include "Fail.h"
+#include "PressedProgram.h"
 #include "RunningHelper.h"
-#include "TrayWatcher.h"
 
 #include <unistd.h>
 
@@ -60,17 +60,11 @@ void measureMemory(Table& table, const MeasuredPrograms& programs) {
         memory.add(running);
     };
     const auto measureUsed = [](const std::string& program, Memory& memory) {
-        const SessionBus sessionBus;
-        TrayWatcher tray(sessionBus.address());
-        auto environment = sessionBus.environment();
-        environment.insert(environment.end(), {{"BARE_PANEL", "300x484"}, {"BARE_PANEL_FILLED", "1"}});
-        const Program running({program}, environment);
-        tray.waitForItem();
-        for (int press = 0; press < 2; ++press) { // opens, and closes
-            tray.press();
-            std::this_thread::sleep_for(settling / 2);
-        }
-        memory.add(running);
+        PressedProgram running(program, filledPanel());
+        running.open();
+        running.close();
+        std::this_thread::sleep_for(settling);
+        memory.add(running.program());
     };
     Memory figure, floor, used, usedFloor;
     for (int round = 0; round < rounds; ++round) {

@@ -1,7 +1,7 @@
 #include "Benchmarks.h"
 #include "BusCalls.h"
 #include "Fail.h"
-#include "Program.h"
+#include "PressedProgram.h"
 #include "RunningHelper.h"
 #include "TrayWatcher.h"
 
@@ -113,12 +113,7 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
     TrayWatcher tray(sessionBus.address());
     const Program inSession({programs.wakeloft}, sessionBus.environment());
     tray.waitForItem();
-    const SessionBus countingBus;
-    TrayWatcher countingTray(countingBus.address());
-    auto counting = countingBus.environment();
-    counting.insert(counting.end(), {{"BARE_PANEL", "300x484"}, {"BARE_PANEL_FILLED", "1"}});
-    const Program bareCounting({programs.bareTray}, counting);
-    countingTray.waitForItem();
+    PressedProgram bareCounting(programs.bareTray, filledPanel());
     const RunningHelper running(programs);
 
     const BusPointer bus = connectTo(sessionBus.address());
@@ -147,18 +142,17 @@ void measureWakeUps(Table& table, const MeasuredPrograms& programs) {
         fail("The session ended while it was measured.");
     if (blocks(systemBus.get(), "idle", atRest.id()))
         fail("The program at rest is in a session.");
-    countingTray.press();
-    std::this_thread::sleep_for(aWhile);
+    bareCounting.open();
     pressTrayItem(bus.get()); // with the focus, or it would close again
     std::this_thread::sleep_for(aWhile);
     const SwitchCount openCount(inSession);
     const double waits = mainThreadWaits(inSession);
-    const double bareWaits = mainThreadWaits(bareCounting);
+    const double bareWaits = mainThreadWaits(bareCounting.program());
     std::this_thread::sleep_for(controlTime);
     const double openSwitches = openCount.soFar();
     const double waitsOpen = (mainThreadWaits(inSession) - waits) / static_cast<double>(controlTime.count());
     const double bareWaitsOpen =
-        (mainThreadWaits(bareCounting) - bareWaits) / static_cast<double>(controlTime.count());
+        (mainThreadWaits(bareCounting.program()) - bareWaits) / static_cast<double>(controlTime.count());
 
     table.limit("context switches, 60 s, panel used", "", atRestSwitches, bareSwitches, 0);
     table.limit("... 60 s in a session, panel closed", "", inSessionSwitches, bareSwitches, 0);
