@@ -1,23 +1,19 @@
 #include "OutsidePress.h"
 
+#include "Xcb.h"
+
 #include <QCoreApplication>
 #include <QMouseEvent>
 
-#include <xcb/xcb.h>
 #include <xcb/xinput.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <string>
 #include <utility>
 
 namespace wakeloft {
 
 namespace {
-
-struct Free {
-    void operator()(void* reply) const { std::free(reply); }
-};
 
 std::unexpected<PlatformError> failure(const char* what, int code) {
     return std::unexpected(
@@ -53,7 +49,7 @@ std::expected<void, PlatformError> OutsidePress::start() {
     const auto* extension = xcb_get_extension_data(opened.get(), &xcb_input_id);
     if (extension == nullptr || extension->present == 0)
         return failure("the display has no input extension", 0);
-    const std::unique_ptr<xcb_input_xi_query_version_reply_t, Free> version(xcb_input_xi_query_version_reply(
+    const XcbReply<xcb_input_xi_query_version_reply_t> version(xcb_input_xi_query_version_reply(
         opened.get(), xcb_input_xi_query_version(opened.get(), 2, 2), nullptr));
     if (!version || version->major_version < 2)
         return failure("its input extension is too old", 0);
@@ -103,7 +99,7 @@ bool OutsidePress::isOwn(std::uint64_t pressTime) {
 
 void OutsidePress::readEvents() {
     while (connection_) {
-        const std::unique_ptr<xcb_generic_event_t, Free> event(xcb_poll_for_event(connection_.get()));
+        const XcbReply<xcb_generic_event_t> event(xcb_poll_for_event(connection_.get()));
         if (!event) {
             if (xcb_connection_has_error(connection_.get()) != 0)
                 stop(); // the display is gone, and Qt ends with it
