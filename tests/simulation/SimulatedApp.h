@@ -3,46 +3,13 @@
 #include "lid/LidAwakeController.h"
 #include "lid/LidAwakeStore.h"
 #include "lid/XPCLidSleepBlocker.h"
-#include "session/AwakeController.h"
-#include "simulation/SimulatedHelper.h"
+#include "simulation/SimulatedTransport.h"
+#include "twins/LidTwins.h"
+#include "twins/SessionTwins.h"
 
-#include <string>
 #include <tuple>
 
 namespace wakeloft {
-
-/// The power assertion; refuses at times.
-struct SimulatedAssertion final : SleepBlocker {
-    explicit SimulatedAssertion(Chance& ownChance) : chance(ownChance) {}
-
-    std::expected<void, Error> engage() override {
-        isHeld = isHeld || !chance.percent(refused);
-        return isHeld ? std::expected<void, Error>()
-                      : std::unexpected(Error(SleepBlockerError::assertionFailed(-1)));
-    }
-    void release() override { isHeld = false; }
-    [[nodiscard]] bool isEngaged() const override { return isHeld; }
-
-    Chance& chance;
-    unsigned refused = 0; ///< percent
-    bool isHeld = false;
-};
-
-struct SimulatedRegistration final : LidHelperRegistration {
-    LidHelperStatus current = LidHelperStatus::enabled;
-
-    [[nodiscard]] LidHelperStatus status() const override { return current; }
-    std::expected<void, Error> registerHelper() override {
-        if (current == LidHelperStatus::notRegistered)
-            current = LidHelperStatus::requiresApproval;
-        return {};
-    }
-};
-
-struct SimulatedNotices final : DeadlineRecheckNotifier, MachineConditionsNotifier {
-    std::function<void()> handler;
-    void observe(std::function<void()> latest) override { handler = std::move(latest); }
-};
 
 /// What outlives the app: its stored preferences.
 struct SimulatedStores {
@@ -52,30 +19,45 @@ struct SimulatedStores {
 
 /// The app process: the real controllers and client. Destroying it is its crash.
 struct SimulatedApp {
-    SimulatedApp(VirtualTime& time, Chance& chance, SimulatedTransport& transport, SimulatedStores& stores,
-                 SimulatedRegistration& registration);
+    SimulatedApp(VirtualTime& ownTime, SimulatedTransport& ownTransport, SimulatedStores& ownStores,
+                 LidHelperRegistration& ownRegistration)
+        : time(ownTime), transport(ownTransport), stores(ownStores), registration(ownRegistration) {}
 
-    /// What observers were told wrongly, empty when all was well.
-    [[nodiscard]] const std::string& fault() const { return fault_; }
-
-    VirtualTimer sessionTimer, leaseTimer, lidDeadlineTimer;
-    SimulatedNotices recheck, conditions;
-    StaticMachineConditions machine{true, false};
-    SimulatedAssertion assertion;
-    AwakeController awake;
-    XPCLidSleepBlocker blocker;
-    LidAwakeController lid;
-
-  private:
     using AwakeFields = std::tuple<bool, bool, std::optional<AwakeFailure>, std::optional<Date>>;
+    [[nodiscard]] AwakeFields awakeFields() const {
+        return {awake.isOn(), awake.isRequested(), awake.lastFailure(), awake.activeUntil()};
+    }
     using LidFields = std::tuple<bool, bool, std::optional<AwakeFailure>, bool>;
-    [[nodiscard]] AwakeFields awakeFields() const;
-    [[nodiscard]] LidFields lidFields() const;
+    [[nodiscard]] LidFields lidFields() const {
+        return {lid.isOn(), lid.isTurningOn(), lid.lastFailure(), lid.hasAcknowledgedHeatWarning()};
+    }
 
-    AwakeFields lastAwake_;
-    LidFields lastLid_;
-    std::string fault_;
-    Subscription awakeChanges_, lidChanges_;
+    VirtualTime& time;
+    SimulatedTransport& transport;
+    SimulatedStores& stores;
+    LidHelperRegistration& registration;
+    VirtualTimer sessionTimer{time}, leaseTimer{time}, lidDeadlineTimer{time};
+    ManualRecheck recheck;
+    ManualConditions conditions;
+    ManualBlocker assertion;
+    AwakeController awake{assertion, stores.intent, time.clocks, time.clocks, sessionTimer, recheck, true};
+    XPCLidSleepBlocker blocker{registration, "the helper", LidSleepLease::replyTimeout,
+                               [this](const std::string&) { return transport.connect(); }, time};
+    LidAwakeController lid{awake,      blocker,     stores.lid, conditions,
+                           conditions, time.clocks, leaseTimer, lidDeadlineTimer};
+
+    std::string fault; ///< what observers were told wrongly, empty when all was well
+    AwakeFields lastAwake = awakeFields();
+    LidFields lastLid = lidFields();
+    Subscription awakeChanges = awake.changed().subscribe([this] {
+        if (const auto fields = awakeFields(); std::exchange(lastAwake, fields) == fields)
+            fault = "an observer of the session heard of a change that was none";
+    });
+    Subscription lidChanges = lid.changed().subscribe([this] {
+        // Of two failures only the graver one is seen: a change of the other is real all the same.
+        if (const auto fields = lidFields(); std::exchange(lastLid, fields) == fields && !lid.lastFailure())
+            fault = "an observer of Deepwake heard of a change that was none";
+    });
 };
 
 } // namespace wakeloft

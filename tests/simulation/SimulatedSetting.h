@@ -1,5 +1,6 @@
 #pragma once
 
+#include "lease/LidSleepLease.h"
 #include "lease/SystemSleepSetting.h"
 #include "simulation/VirtualTime.h"
 
@@ -11,33 +12,56 @@ class SimulatedSetting final : public SystemSleepSetting {
   public:
     SimulatedSetting(VirtualTime& time, Chance& chance) : time_(time), chance_(chance) {}
 
-    std::expected<void, PlatformError> writeDisabled(bool disabled) override;
-    std::expected<bool, PlatformError> readDisabled() override;
-    void writeAsForeigner(bool disabled, bool helperMayTakeItForItsOwn);
-
-    [[nodiscard]] bool isDisabled() const { return isDisabled_; }
-    /// How often a helper has turned it on.
-    [[nodiscard]] int timesOn() const { return timesOn_; }
+    std::expected<void, PlatformError> writeDisabled(bool disabled) override {
+        const bool isFailing = fails(failingWrites, LidSleepLease::writeTimeout);
+        constexpr unsigned doneAllTheSame = 20;
+        if (isFailing && !chance_.percent(doneAllTheSame))
+            return std::unexpected(PlatformError{"simulation", 5, "The write did not work."});
+        if (isForeign() && !isHelperStarting)
+            wasForeignOverwritten = true;
+        if (disabled && !isDisabled)
+            ++timesOn;
+        isDisabled = disabled;
+        isForeign_ = false;
+        isHelperStarting = isHelperStarting && isFailing;
+        if (isFailing)
+            return std::unexpected(PlatformError{"simulation", 6, "The write was not confirmed."});
+        return {};
+    }
+    std::expected<bool, PlatformError> readDisabled() override {
+        if (fails(failingReads, LidSleepLease::readTimeout))
+            return std::unexpected(PlatformError{"simulation", 7, "The read did not work."});
+        return isDisabled;
+    }
+    void writeAsForeigner(bool disabled, bool helperMayTakeItForItsOwn) {
+        if (disabled && !isDisabled)
+            isForeign_ = !helperMayTakeItForItsOwn;
+        isDisabled = disabled;
+    }
     /// Somebody else has set it, and no helper may write over that.
-    [[nodiscard]] bool isForeign() const { return isDisabled_ && isForeign_; }
-    /// A helper that starts puts the setting back whoever set it, however many tries that takes.
-    void helperStarts() { isHelperStarting_ = true; }
-    [[nodiscard]] bool wasForeignOverwritten() const { return wasForeignOverwritten_; }
+    [[nodiscard]] bool isForeign() const { return isDisabled && isForeign_; }
 
     unsigned failingWrites = 0; ///< percent
     unsigned failingReads = 0;  ///< percent
     unsigned hangs = 0;         ///< percent of the failures take their whole limit
 
+    bool isDisabled = false;
+    int timesOn = 0; ///< how often a helper has turned it on
+    /// A helper that starts puts the setting back whoever set it, however many tries that takes.
+    bool isHelperStarting = false;
+    bool wasForeignOverwritten = false;
+
   private:
-    bool fails(unsigned percent, Seconds limit);
+    bool fails(unsigned percent, Seconds limit) {
+        const bool isFailing = chance_.percent(percent);
+        if (isFailing && chance_.percent(hangs))
+            time_.clocks.pass(limit);
+        return isFailing;
+    }
 
     VirtualTime& time_;
     Chance& chance_;
-    bool isDisabled_ = false;
     bool isForeign_ = false;
-    int timesOn_ = 0;
-    bool isHelperStarting_ = false;
-    bool wasForeignOverwritten_ = false;
 };
 
 } // namespace wakeloft

@@ -1,14 +1,15 @@
 #pragma once
 
 #include "lease/LidHelperLoop.h"
-#include "session/Clocks.h"
-#include "session/DeadlineScheduler.h"
 #include "support/MainRunLoop.h"
+#include "twins/SessionTwins.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
 #include <random>
+#include <utility>
 #include <vector>
 
 namespace wakeloft {
@@ -30,44 +31,58 @@ class Chance {
 };
 
 /// The machine's clocks and the main loop of everything on it. Time goes from event to event.
-class VirtualTime final : public DateProvider,
-                          public UptimeProvider,
-                          public ContinuousTimeProvider,
-                          public MainRunLoop {
+class VirtualTime final : public MainRunLoop {
   public:
-    [[nodiscard]] Date now() const override { return {wall_}; }
-    [[nodiscard]] Seconds uptime() const override { return uptime_; }
-    [[nodiscard]] Seconds continuousTime() const override { return sinceBoot_; }
+    /// Moved by a busy process, too: nothing else runs meanwhile.
+    ManualClocks clocks;
 
     void perform(std::function<void()> work) override { performAfter(0, std::move(work)); }
-    void performAfter(Seconds seconds, std::function<void()> work) override;
+    void performAfter(Seconds seconds, std::function<void()> work) override {
+        add(false, clocks.awake + std::max(0.0, seconds), std::move(work));
+    }
     /// On the boot-time clock: goes on while the machine sleeps. Ends with what it returns.
-    std::shared_ptr<void> startTimer(Seconds seconds, std::function<void()> work);
+    std::shared_ptr<void> startTimer(Seconds seconds, std::function<void()> work) {
+        auto owned = std::make_shared<std::function<void()>>(std::move(work));
+        add(true, clocks.sinceBoot + seconds, [timer = std::weak_ptr(owned)] {
+            if (const auto running = timer.lock())
+                (*running)();
+        });
+        return owned;
+    }
 
     /// Runs all that falls due in the next `seconds` awake, and calls `afterEach` after every event.
-    void pass(Seconds seconds, const std::function<void()>& afterEach);
-    /// Time that a busy process spends: nothing else runs meanwhile.
-    void spend(Seconds seconds);
-    void sleep(Seconds seconds);
-    void setWall(Seconds by) { wall_ += by; }
-    [[nodiscard]] Seconds total() const { return sinceBoot_ - bootAtStart; }
+    void pass(Seconds seconds, const std::function<void()>& afterEach) {
+        const Seconds end = clocks.awake + seconds;
+        while (runNext(std::max(0.0, end - clocks.awake))) // events take time themselves
+            afterEach();
+        clocks.pass(std::max(0.0, end - clocks.awake));
+    }
 
   private:
     struct Event {
-        Seconds due;
         bool countsSleep;
+        Seconds due;
         std::uint64_t number;
-        std::weak_ptr<void> alive;
-        bool isTimer;
         std::function<void()> work;
     };
-    [[nodiscard]] Seconds remaining(const Event& event) const;
-    bool runNext(Seconds within, const std::function<void()>& afterEach);
+    void add(bool countsSleep, Seconds due, std::function<void()> work) {
+        events_.push_back({countsSleep, due, ++lastNumber_, std::move(work)});
+    }
+    [[nodiscard]] Seconds remaining(const Event& event) const {
+        return std::max(0.0, event.due - (event.countsSleep ? clocks.sinceBoot : clocks.awake));
+    }
+    bool runNext(Seconds within) {
+        const auto next = std::ranges::min_element(
+            events_, {}, [this](const Event& each) { return std::pair(remaining(each), each.number); });
+        if (next == events_.end() || remaining(*next) > within)
+            return false;
+        clocks.pass(remaining(*next));
+        const auto work = std::move(next->work);
+        events_.erase(next);
+        work();
+        return true;
+    }
 
-    static constexpr Seconds bootAtStart = 50'000;
-    Seconds wall_ = 1'763'700'000;
-    Seconds uptime_ = 40'000;
-    Seconds sinceBoot_ = bootAtStart;
     std::uint64_t lastNumber_ = 0;
     std::vector<Event> events_;
 };
@@ -78,7 +93,7 @@ class VirtualTimer final : public DeadlineScheduler, public OneShotTimer {
     explicit VirtualTimer(VirtualTime& time) : time_(time) {}
 
     void scheduleAt(Date date, std::function<void()> action) override {
-        arm(timerInterval(date, time_.now()), std::move(action));
+        arm(timerInterval(date, time_.clocks.now()), std::move(action));
     }
     void arm(Seconds seconds, std::function<void()> action) override {
         pending_ = time_.startTimer(seconds, std::move(action));

@@ -1,17 +1,21 @@
 #include "simulation/World.h"
 
+#include "lease/LidHelperService.h"
+
 #include <algorithm>
 
 namespace wakeloft {
 
 namespace {
 constexpr int stepsOfARun = 120;
+const Error refused = SleepBlockerError::assertionFailed(-1);
 } // namespace
 
 World::World(std::uint64_t seed) : chance_(seed) {
-    helper_ = std::make_shared<SimulatedHelper>(time_, setting_);
-    helperRunsSince_ = time_.uptime();
-    startApp();
+    std::ranges::copy(troubles(), std::back_inserter(events_));
+    registration_.onceRegistered = LidHelperStatus::requiresApproval;
+    startHelper();
+    app();
 }
 
 std::optional<std::string> World::run() {
@@ -30,219 +34,165 @@ std::optional<std::string> World::run() {
 }
 
 void World::step() {
-    const auto kind = chance_.below(10);
-    if (kind < 3)
-        userDoes();
-    else if (kind < 4)
-        processesDo();
-    else if (kind < 6)
-        faultsChange();
-    else
-        timeDoes();
+    std::uint64_t all = 0;
+    for (const auto& each : events_)
+        all += each.weight;
+    auto left = chance_.below(all);
+    auto event = events_.begin();
+    for (; left >= event->weight; ++event)
+        left -= event->weight;
+    const Seconds amount = chance_.between(event->least, event->most);
+    steps_.push_back(event->name + (event->least < event->most ? " " + std::to_string(amount) : ""));
+    event->happen(amount);
 }
 
-void World::userDoes() {
-    if (app_ == nullptr) {
-        did("the app is started");
-        startApp();
-        return;
-    }
-    switch (chance_.below(9)) {
-    case 0:
-        did("session toggled");
-        app_->awake.toggle();
-        break;
-    case 1: {
-        const Seconds length = chance_.between(-1, 120);
-        did("session for " + std::to_string(length));
-        app_->awake.turnOnFor(length);
-        break;
-    }
-    case 2:
-    case 3: {
-        const Seconds length = chance_.between(1, 200);
-        did("Deepwake on for " + std::to_string(length));
-        app_->lid.turnOnFor(length);
-        break;
-    }
-    case 4:
-        did("Deepwake switched on");
-        app_->lid.turnOnJoiningSessionOr(chance_.percent(50) ? std::optional(7200.0) : std::nullopt);
-        break;
-    case 5:
-        did("Deepwake off");
-        app_->lid.turnOff();
-        break;
-    case 6:
-        did("the panel is opened");
-        app_->awake.checkExpiry();
-        app_->lid.checkLease();
-        app_->lid.refresh();
-        break;
-    case 7:
-        did("the heat warning is acknowledged");
-        app_->lid.acknowledgeHeatWarning();
-        break;
-    default:
-        did("somebody waits for the app to be settled");
-        if (!waitsSince_) {
-            waitsSince_ = time_.uptime();
-            app_->lid.whenSettled([this] { waitsSince_.reset(); });
-        }
-    }
+std::vector<World::Event> World::uses() {
+    const auto open = [this](Seconds) {
+        app().awake.checkExpiry();
+        app().lid.checkLease();
+        app().lid.refresh();
+    };
+    const auto wait = [this](Seconds) {
+        waitsSince_ = waitsSince_.value_or(uptime());
+        app().lid.whenSettled([this] { waitsSince_.reset(); });
+    };
+    return {
+        {10, "the app is started", [this](Seconds) { app(); }},
+        {10, "session toggled", [this](Seconds) { app().awake.toggle(); }},
+        {10, "session for", [this](Seconds length) { app().awake.turnOnFor(length); }, -1, 120},
+        {40, "Deepwake on for", [this](Seconds length) { app().lid.turnOnFor(length); }, 1, 200},
+        {5, "Deepwake on", [this](Seconds) { app().lid.turnOnJoiningSessionOr(std::nullopt); }},
+        {5, "Deepwake on, perhaps for 7200", [this](Seconds) { app().lid.turnOnJoiningSessionOr(7200); }},
+        {10, "Deepwake off", [this](Seconds) { app().lid.turnOff(); }},
+        {10, "the panel is opened", open},
+        {20, "the heat warning is acknowledged", [this](Seconds) { app().lid.acknowledgeHeatWarning(); }},
+        {10, "somebody waits for the app to be settled", wait},
+        {20, "asleep for", [this](Seconds asleep) { jump(asleep, 0); }, 0.1, 100},
+        {20, "the clock is set by", [this](Seconds by) { jump(0, by); }, -4000, 4000},
+        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 3},
+        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 60},
+    };
 }
 
-void World::processesDo() {
-    switch (chance_.below(4)) {
-    case 0:
-        did("the app dies");
-        endApp();
-        break;
-    case 1:
-        did("the helper dies");
+std::vector<World::Event> World::troubles() {
+    const auto stop = [this](Seconds) {
+        if (helper_ != nullptr)
+            helper_->loop.stop();
         endHelper();
-        break;
-    case 2:
-        if (helper_ == nullptr)
-            break;
-        did("the helper is asked to end");
-        helper_->loop.stop();
-        endHelper();
-        break;
-    default:
-        if (helper_ == nullptr)
-            break;
-        did("the helper's program is replaced");
-        helper_->loop.programFound(LidHelperFileWatch::Finding::replaced("next"));
-    }
-}
-
-void World::faultsChange() {
-    const auto level = [this] { return static_cast<unsigned>(chance_.percent(50) ? 0 : chance_.below(101)); };
-    switch (chance_.below(8)) {
-    case 0:
-        setting_.failingWrites = level();
-        did("writes fail: " + std::to_string(setting_.failingWrites) + " %");
-        if (areWritesWorking())
-            writesWorkSince_ = time_.uptime();
-        break;
-    case 1:
-        setting_.failingReads = level();
-        setting_.hangs = level();
-        did("reads fail: " + std::to_string(setting_.failingReads) + " %");
-        break;
-    case 2:
-        transport_.lost = level() / 2;
-        did("lost: " + std::to_string(transport_.lost) + " %");
-        break;
-    case 3:
-        transport_.late = level() / 2;
-        did("late: " + std::to_string(transport_.late) + " %");
-        break;
-    case 4:
-        transport_.doubled = level();
-        did("doubled: " + std::to_string(transport_.doubled) + " %");
-        break;
-    case 5: {
-        const bool isOn = chance_.percent(50);
-        did(isOn ? "somebody else sets 1" : "somebody else sets 0");
+    };
+    const auto replace = [this](Seconds) {
+        if (helper_ != nullptr)
+            helper_->loop.programFound(LidHelperFileWatch::Finding::replaced("next"));
+    };
+    // None in half of the cases.
+    const auto percent = [](unsigned& rate) {
+        return [&rate](Seconds amount) { rate = static_cast<unsigned>(std::max(0.0, amount)); };
+    };
+    const auto setElsewhere = [this](Seconds amount) {
         const bool mayBeTaken = helper_ == nullptr || helper_->keeper.isSleepDisabled() ||
                                 helper_->keeper.lastError().has_value();
-        setting_.writeAsForeigner(isOn, mayBeTaken);
-        break;
-    }
-    case 6:
-        registration_.current = static_cast<LidHelperStatus>(chance_.below(4));
-        did("registration: " + std::to_string(static_cast<int>(registration_.current)));
-        break;
-    default:
-        if (app_ != nullptr)
-            app_->assertion.refused = level();
-        did("assertions are refused at times");
-    }
-}
-
-void World::timeDoes() {
-    switch (chance_.below(8)) {
-    case 0: {
-        const Seconds asleep = chance_.between(0.1, 100);
-        did("asleep for " + std::to_string(asleep));
-        time_.sleep(asleep);
-        clocksJumped();
-        break;
-    }
-    case 1: {
-        const Seconds by = chance_.between(-4000, 4000);
-        did("the clock is set by " + std::to_string(by));
-        time_.setWall(by);
-        clocksJumped();
-        break;
-    }
-    default: {
-        const Seconds seconds = chance_.percent(50) ? chance_.between(0, 3) : chance_.between(0, 60);
-        did("awake for " + std::to_string(seconds));
-        pass(seconds);
-    }
-    }
+        setting_.writeAsForeigner(amount > 0, mayBeTaken);
+    };
+    const auto approve = [this](Seconds status) {
+        registration_.current = static_cast<LidHelperStatus>(status);
+    };
+    const auto refuse = [this](Seconds amount) {
+        app().assertion.refusal = amount > 0 ? std::optional(refused) : std::nullopt;
+    };
+    const auto takeAway = [this](Seconds) {
+        if (std::exchange(app().assertion.engaged, false))
+            app().assertion.holdChanged(std::unexpected(refused));
+    };
+    return {
+        {10, "the app dies", [this](Seconds) { app_.reset(); }},
+        {10, "the helper dies", [this](Seconds) { endHelper(); }},
+        {10, "the helper is asked to end", stop},
+        {10, "the helper's program is replaced", replace},
+        {10, "writes fail, in percent:", percent(setting_.failingWrites), -100, 100},
+        {5, "reads fail, in percent:", percent(setting_.failingReads), -100, 100},
+        {5, "what fails hangs, in percent:", percent(setting_.hangs), -100, 100},
+        {10, "lost, in percent:", percent(transport_.lost), -50, 50},
+        {10, "late, in percent:", percent(transport_.late), -50, 50},
+        {10, "doubled, in percent:", percent(transport_.doubled), -100, 100},
+        {10, "somebody else sets 1 where above nothing:", setElsewhere, -1, 1},
+        {10, "registration", approve, 0, 3.999},
+        {5, "assertions are refused where above nothing:", refuse, -1, 1},
+        {5, "the assertion is taken away", takeAway},
+    };
 }
 
 /// Everything works again: then everything must settle.
 void World::calmDown() {
-    did("everything works again");
+    steps_.emplace_back("everything works again");
     setting_.failingWrites = setting_.failingReads = transport_.lost = transport_.late = transport_.doubled =
         0;
     registration_.current = LidHelperStatus::enabled;
-    writesWorkSince_ = time_.uptime();
-    if (helper_ == nullptr)
-        pass(2); // the system starts it again
-    pass(30);
+    pass(30); // the system starts the helper again
     if (app_ != nullptr) {
-        app_->lid.turnOff();
-        app_->lid.checkLease();
-        pass(10);
-        if (!app_->lid.isSettled())
-            fail("requests to the helper are never answered");
         // The first try may meet a helper that is about to end, the second the connection to it.
-        for (int tries = 0; tries < 3 && app_->lid.lastFailure(); ++tries) {
+        for (int tries = 0; tries < 4; ++tries) {
             app_->lid.turnOff();
             pass(10);
         }
+        if (!app_->lid.isSettled())
+            fail("requests to the helper are never answered");
         if (app_->lid.lastFailure())
             fail("a reset that works is not confirmed");
+        useInPeace();
     }
-    endApp();
+    app_.reset();
     pass(LidSleepLease::duration + LidSleepLease::retrySpacing + 1);
-    if (setting_.isDisabled() && !setting_.isForeign())
+    if (setting_.isDisabled && !setting_.isForeign())
         fail("the setting stays on after all has ended");
 }
 
-void World::startApp() {
-    transport_.beginAnew();
-    app_ = std::make_unique<SimulatedApp>(time_, chance_, transport_, stores_, registration_);
+/// Deepwake holds for as long as was asked for, and no longer.
+void World::useInPeace() {
+    setting_.writeAsForeigner(false, true);
+    app_->assertion.refusal.reset();
+    app_->lid.acknowledgeHeatWarning();
+    constexpr int asked = 95; // ends between two renewals
+    // A holder is told once that its setting was turned off.
+    for (int tries = 0; tries < 3 && !app_->lid.isOn(); ++tries) {
+        app_->lid.turnOnFor(asked);
+        pass(1);
+    }
+    for (int second = 2; second < asked; ++second) {
+        if (!app_->lid.isOn() || !setting_.isDisabled)
+            fail("Deepwake does not hold");
+        pass(1);
+    }
+    pass(2);
+    if (app_->lid.isOn() || app_->awake.isOn() || setting_.isDisabled)
+        fail("Deepwake holds for longer than asked");
 }
 
-void World::endApp() {
-    if (app_ == nullptr)
-        return;
-    app_.reset();
-    waitsSince_.reset();
-    appGoneSince_ = time_.uptime();
+/// Who needs the app starts it where it does not run.
+SimulatedApp& World::app() {
+    if (app_ == nullptr) {
+        steps_.emplace_back("(for that the app is started)");
+        transport_.beginAnew();
+        waitsSince_.reset();
+        noSessionSince_.reset();
+        app_ = std::make_unique<SimulatedApp>(time_, transport_, stores_, registration_);
+    }
+    return *app_;
+}
+
+void World::startHelper() {
+    setting_.isHelperStarting = true;
+    helper_ = std::make_shared<SimulatedHelper>(time_, setting_);
 }
 
 /// The system starts it again a moment later.
 void World::endHelper() {
-    if (helper_ == nullptr)
-        return;
-    helper_.reset();
-    time_.performAfter(chance_.between(0.01, 1.5), [this] {
-        if (helper_ != nullptr)
-            return;
-        helper_ = std::make_shared<SimulatedHelper>(time_, setting_);
-        helperRunsSince_ = time_.uptime();
-    });
+    if (std::exchange(helper_, nullptr) != nullptr)
+        time_.performAfter(chance_.between(0.01, 1.5), [this] { startHelper(); });
 }
 
-void World::clocksJumped() {
+void World::jump(Seconds asleep, Seconds clockSetBy) {
+    time_.clocks.sleep(asleep);
+    time_.clocks.moveWall(clockSetBy);
     if (app_ != nullptr)
         app_->recheck.handler();
     if (helper_ != nullptr)
@@ -261,8 +211,6 @@ void World::pass(Seconds seconds) {
 }
 
 void World::judge() {
-    if (fault_)
-        return;
     judgeSetting();
     if (app_ != nullptr)
         judgeApp();
@@ -271,40 +219,54 @@ void World::judge() {
 }
 
 void World::judgeSetting() {
-    if (setting_.wasForeignOverwritten())
+    if (setting_.wasForeignOverwritten)
         fail("a setting that something else had turned on was written over");
-    if (!setting_.isDisabled() || setting_.isForeign() || helper_ == nullptr)
+    if (app_ != nullptr || helper_ == nullptr || setting_.failingWrites > 0)
+        appOrTroubleAt_ = uptime();
+    if (!setting_.isDisabled || setting_.isForeign() || helper_ == nullptr)
         return;
     const auto& keeper = helper_->keeper;
     if (!keeper.leaseExpiry() && !keeper.lastError() && keeper.isSleepDisabled())
         fail("the setting is on and no lease is held");
+    if (keeper.leaseUptimeExpiry() && *keeper.leaseUptimeExpiry() - uptime() > LidSleepLease::duration + 1e-6)
+        fail("a lease is held for longer than thirty seconds");
     // A lease is looked at by a timer, which runs as soon as this event is over.
     const bool isLeaseOver = keeper.leaseExpiry() && keeper.leaseUptimeExpiry() &&
-                             (time_.now() - *keeper.leaseExpiry() > LidSleepLease::duration ||
-                              time_.uptime() - *keeper.leaseUptimeExpiry() > 2 * LidSleepLease::writeTimeout);
+                             (time_.clocks.now() - *keeper.leaseExpiry() > LidSleepLease::duration ||
+                              uptime() - *keeper.leaseUptimeExpiry() > 2 * LidSleepLease::writeTimeout);
     if (isLeaseOver && !keeper.lastError())
         fail("the setting is on although the lease has lapsed");
-    const Seconds since = std::max({appGoneSince_, writesWorkSince_, helperRunsSince_});
     const Seconds longest = LidSleepLease::duration + LidSleepLease::retrySpacing + 1;
-    if (app_ == nullptr && areWritesWorking() && time_.uptime() - since > longest && keeper.isSleepDisabled())
+    if (uptime() - appOrTroubleAt_ > longest && keeper.isSleepDisabled())
         fail("the setting is on long after the app has gone");
 }
 
 void World::judgeApp() {
-    if (!app_->fault().empty())
-        fail(app_->fault());
+    if (!app_->fault.empty())
+        fail(app_->fault);
     if (app_->lid.isOn() && !app_->blocker.isEngaged())
         fail("Deepwake is on without a confirmed lease");
-    if (app_->assertion.isHeld != app_->awake.isOn())
+    if (app_->assertion.engaged != app_->awake.isOn())
         fail("the assertion and the session differ");
+    // What is due waits while the helper is busy: at the longest with its last tries before it ends.
+    constexpr Seconds busy = LidHelperService::exitTimeout + 2 * LidSleepLease::writeTimeout;
+    const auto end = app_->awake.activeUntil();
+    if (app_->awake.isOn() && end && time_.clocks.now() - *end > busy)
+        fail("the session is on although its end has passed");
+    if (!app_->lid.isOn() || app_->awake.isOn())
+        noSessionSince_.reset();
+    else if (!noSessionSince_)
+        noSessionSince_ = uptime();
+    if (noSessionSince_ && uptime() - *noSessionSince_ > busy)
+        fail("Deepwake is on without a session");
     constexpr Seconds longestWait = 30;
-    if (waitsSince_ && time_.uptime() - *waitsSince_ > longestWait)
+    if (waitsSince_ && uptime() - *waitsSince_ > longestWait)
         fail("a wait for the helper's answers does not end");
 }
 
 void World::fail(const std::string& what) {
     if (!fault_)
-        fault_ = what + ", at uptime " + std::to_string(time_.uptime());
+        fault_ = what + ", at uptime " + std::to_string(uptime());
 }
 
 } // namespace wakeloft

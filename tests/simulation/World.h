@@ -18,29 +18,35 @@ class World {
 
     /// What went wrong, with the steps that led there; nothing when all was well.
     std::optional<std::string> run();
-    [[nodiscard]] int timesOn() const { return setting_.timesOn(); }
-    [[nodiscard]] Seconds simulatedTime() const { return time_.total(); }
+    [[nodiscard]] int timesOn() const { return setting_.timesOn; }
+    [[nodiscard]] Seconds simulatedTime() const { return time_.clocks.sinceBoot - ManualClocks().sinceBoot; }
 
   private:
+    /// What may happen in a step, with an amount by chance.
+    struct Event {
+        unsigned weight;
+        std::string name;
+        std::function<void(Seconds)> happen;
+        Seconds least = 0;
+        Seconds most = 0;
+    };
+    std::vector<Event> uses();
+    std::vector<Event> troubles();
     void step();
-    void userDoes();
-    void processesDo();
-    void faultsChange();
-    void timeDoes();
     void calmDown();
+    void useInPeace();
 
-    void startApp();
-    void endApp();
+    SimulatedApp& app();
+    void startHelper();
     void endHelper();
-    void clocksJumped();
+    void jump(Seconds asleep, Seconds clockSetBy);
     void pass(Seconds seconds);
-    void did(std::string what) { steps_.push_back(std::move(what)); }
 
     void judge();
     void judgeSetting();
     void judgeApp();
     void fail(const std::string& what);
-    [[nodiscard]] bool areWritesWorking() const { return setting_.failingWrites == 0; }
+    [[nodiscard]] Seconds uptime() const { return time_.clocks.awake; }
 
     Chance chance_;
     VirtualTime time_;
@@ -48,12 +54,12 @@ class World {
     std::shared_ptr<SimulatedHelper> helper_;
     SimulatedTransport transport_{time_, chance_, helper_};
     SimulatedStores stores_;
-    SimulatedRegistration registration_;
+    ManualRegistration registration_;
     std::unique_ptr<SimulatedApp> app_;
+    std::vector<Event> events_ = uses();
 
-    Seconds appGoneSince_ = 0;          ///< uptime
-    Seconds writesWorkSince_ = 0;       ///< uptime
-    Seconds helperRunsSince_ = 0;       ///< uptime
+    Seconds appOrTroubleAt_ = 0; ///< uptime at which there was an app, no helper or writes that fail
+    std::optional<Seconds> noSessionSince_; ///< uptime from which Deepwake has been on without a session
     std::optional<Seconds> waitsSince_; ///< uptime at which somebody began to wait for the app to be settled
     std::vector<std::string> steps_;
     std::optional<std::string> fault_;
