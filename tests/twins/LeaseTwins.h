@@ -3,7 +3,7 @@
 #include "lease/SystemSleepSetting.h"
 #include "support/MainRunLoop.h"
 
-#include <deque>
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -14,44 +14,32 @@ namespace wakeloft {
 
 /// A main loop on a clock of its own, turned by hand. Takes work from any thread.
 struct ManualRunLoop final : MainRunLoop {
-    void perform(std::function<void()> work) override {
-        const std::lock_guard guard(lock);
-        ready.push_back(std::move(work));
-    }
+    void perform(std::function<void()> work) override { performAfter(0, std::move(work)); }
     void performAfter(Seconds seconds, std::function<void()> work) override {
         const std::lock_guard guard(lock);
-        timed.emplace(now + seconds, std::move(work));
+        waiting.emplace(now + seconds, std::move(work));
     }
 
     /// Runs what is ready, and what becomes ready by that.
-    void turn() {
-        while (auto work = next())
-            work();
-    }
+    void turn() { pass(0); }
     void pass(Seconds seconds) {
         const Seconds end = now + seconds;
-        turn();
-        while (!timed.empty() && timed.begin()->first <= end) {
-            now = timed.begin()->first;
-            perform(timed.extract(timed.begin()).mapped());
-            turn();
-        }
+        while (const auto work = nextUntil(end))
+            work();
         now = end;
     }
 
-    std::function<void()> next() {
+    std::function<void()> nextUntil(Seconds end) {
         const std::lock_guard guard(lock);
-        if (ready.empty())
+        if (waiting.empty() || waiting.begin()->first > end)
             return nullptr;
-        auto work = std::move(ready.front());
-        ready.pop_front();
-        return work;
+        now = waiting.begin()->first;
+        return std::move(waiting.extract(waiting.begin()).mapped());
     }
 
     std::mutex lock;
     Seconds now = 0;
-    std::deque<std::function<void()>> ready;
-    std::multimap<Seconds, std::function<void()>> timed;
+    std::multimap<Seconds, std::function<void()>> waiting;
 };
 
 /// A sleep setting in memory that records its writes, the failed ones too, and fails on demand.
