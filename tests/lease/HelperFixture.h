@@ -1,9 +1,7 @@
 #pragma once
 
-#include "lease/LidHelperLoop.h"
-#include "lease/LidLeaseListener.h"
+#include "twins/AssembledHelper.h"
 #include "twins/LeaseTwins.h"
-#include "twins/SessionTwins.h"
 
 #include <gtest/gtest.h>
 
@@ -34,28 +32,12 @@ struct Helper : testing::Test {
     ManualSleepSetting setting;
     ManualRunLoop mainLoop;
     Timer timer;
-    std::vector<std::string> lines;
-    int ends = 0;
-    Seconds paused = 0;
-    std::function<void(const std::string&)> log = [this](const std::string& line) { lines.push_back(line); };
-    LidSleepLeaseKeeper keeper{setting, clocks, clocks};
-    LidLeaseService service{keeper, log};
-    LidHelperLoop helper{service,
-                         keeper,
-                         {.dates = clocks,
-                          .uptime = clocks,
-                          .timer = timer,
-                          .log = log,
-                          .settled = nullptr,
-                          .end = [this] { ++ends; },
-                          .pause =
-                              [this](Seconds seconds) {
-                                  paused += seconds;
-                                  clocks.pass(seconds);
-                              }}};
-    LidLeaseListener listener{"anybody", helper.requests(mainLoop)};
-    std::array<std::unique_ptr<LidLeaseConnection>, 3> clients{listener.accept(), listener.accept(),
-                                                               listener.accept()};
+    AssembledHelper helper{setting, clocks, timer, mainLoop};
+    std::vector<std::string>& lines = helper.lines;
+    LidSleepLeaseKeeper& keeper = helper.keeper;
+    LidLeaseService& service = helper.service;
+    std::array<std::unique_ptr<LidLeaseConnection>, 3> clients{
+        helper.listener.accept(), helper.listener.accept(), helper.listener.accept()};
 
     /// The answer to a renewal for `seconds` from now.
     std::string renew(std::size_t client, Seconds seconds = 30) {
@@ -75,7 +57,7 @@ struct Helper : testing::Test {
     }
     void pass(Seconds seconds) {
         clocks.pass(seconds);
-        helper.check();
+        helper.loop.check();
     }
     /// Lets the time of the timer pass, and fires it.
     void fire() {

@@ -25,18 +25,18 @@ TEST_F(Helper, HasOneTimerForWhatComesNextAndNoneAtRest) {
 TEST_F(Helper, AReplacedOneEndsWhenNothingIsItsToPutBack) {
     const auto replaced = LidHelperFileWatch::Finding::replaced("next");
     renew(0, 20);
-    helper.programFound(replaced);
-    EXPECT_EQ(ends, 0);
+    helper.loop.programFound(replaced);
+    EXPECT_EQ(helper.ends, 0);
     setting.writeError = busy;
     revoke(0);
-    EXPECT_EQ(ends, 0); // the reset is in doubt
+    EXPECT_EQ(helper.ends, 0); // the reset is in doubt
     setting.writeError.reset();
     pass(0.25);
-    EXPECT_EQ(ends, 1);
-    helper.check();
-    EXPECT_EQ(ends, 1);
-    helper.programFound(replaced); // at rest: at once
-    EXPECT_EQ(ends, 2);
+    EXPECT_EQ(helper.ends, 1);
+    helper.loop.check();
+    EXPECT_EQ(helper.ends, 1);
+    helper.loop.programFound(replaced); // at rest: at once
+    EXPECT_EQ(helper.ends, 2);
 }
 
 TEST_F(Helper, AStopPutsTheSettingBackWithinItsWindow) {
@@ -45,14 +45,14 @@ TEST_F(Helper, AStopPutsTheSettingBackWithinItsWindow) {
     revoke(0);
     setting.writes.clear();
     const Seconds start = clocks.uptime();
-    EXPECT_FALSE(helper.stop());
-    EXPECT_GE(paused, LidHelperService::stopRetryWindow);
+    EXPECT_FALSE(helper.loop.stop());
+    EXPECT_GE(helper.paused, LidHelperService::stopRetryWindow);
     EXPECT_LE(clocks.uptime() - start + LidSleepLease::writeTimeout, LidHelperService::exitTimeout);
     EXPECT_FALSE(timer.armed);
     setting.writeError.reset();
-    paused = 0;
-    EXPECT_TRUE(helper.stop()); // at once, though a write has just failed
-    EXPECT_EQ(paused, 0);
+    helper.paused = 0;
+    EXPECT_TRUE(helper.loop.stop()); // at once, though a write has just failed
+    EXPECT_EQ(helper.paused, 0);
     EXPECT_FALSE(setting.isDisabled);
     EXPECT_EQ(renew(0, 20), "unanswered");
     EXPECT_FALSE(setting.isDisabled);
@@ -60,12 +60,12 @@ TEST_F(Helper, AStopPutsTheSettingBackWithinItsWindow) {
 
 TEST_F(Helper, ConnectionsAreNumberedFromOneAndServedOnTheMainThreadInOrder) {
     std::unique_ptr<LidLeaseConnection> next;
-    std::thread([&] { next = listener.accept(); }).join();
+    std::thread([&] { next = helper.listener.accept(); }).join();
     EXPECT_EQ(clients[0]->client(), 1U);
     EXPECT_EQ(next->client(), 4U);
     next.reset();
-    EXPECT_EQ(listener.accept()->client(), 5U); // never one that was another's
-    EXPECT_EQ(LidLeaseListener(std::nullopt, helper.requests(mainLoop)).accept(), nullptr);
+    EXPECT_EQ(helper.listener.accept()->client(), 5U); // never one that was another's
+    EXPECT_EQ(LidLeaseListener(std::nullopt, helper.loop.requests(mainLoop)).accept(), nullptr);
 
     std::string replies;
     std::thread([&] {

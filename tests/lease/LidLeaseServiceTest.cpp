@@ -42,7 +42,7 @@ TEST_F(Leases, LapseWithWhicheverClockComesFirst) {
         renew(0);
         clocks.moveWall(wallJump);
         clocks.sleep(asleep);
-        helper.check();
+        helper.loop.check();
         EXPECT_DOUBLE_EQ(timer.armed.value_or(0), left);
         setting.writes.clear();
         pass(left - 0.5);
@@ -76,17 +76,17 @@ TEST_F(Leases, OfASettingTurnedOffElsewhereEachHolderIsToldOnce) {
             renew(client);
         lines.clear();
         setting.writes.clear();
-        helper.checkStanding();
+        helper.loop.checkStanding();
         EXPECT_TRUE(timer.armed); // nothing had changed
         setting.isDisabled = false;
         for (int time = 0; isFoundByItself && time < 2; ++time)
-            helper.checkStanding();
+            helper.loop.checkStanding();
         EXPECT_EQ(!timer.armed, isFoundByItself);
         const auto told = LidLeaseService::yieldedReason();
         EXPECT_EQ(renew(0), told);
         EXPECT_EQ(lines, std::vector<std::string>{
                              "lease ended: disablesleep was set to 0 by something else; left at 0"});
-        helper.check();
+        helper.loop.check();
         EXPECT_TRUE(setting.writes.empty()); // not taken again by itself
         revoke(2);                           // told nothing, and forgotten
         EXPECT_EQ(renew(2), granted);
@@ -100,14 +100,14 @@ TEST_F(Leases, OfASettingTurnedOffElsewhereEachHolderIsToldOnce) {
 TEST_F(Leases, WhileTheyAreHeldBackOnlyWhatIsOwedIsTold) {
     renew(0);
     setting.isDisabled = false;
-    helper.holdBack("Not now.");
-    helper.checkStanding();
+    helper.loop.holdBack("Not now.");
+    helper.loop.checkStanding();
     EXPECT_EQ(renew(1), "Not now.");
     EXPECT_EQ(renew(0), LidLeaseService::yieldedReason());
     EXPECT_EQ(renew(0), "Not now.");
     EXPECT_EQ(renew(0, std::numeric_limits<double>::quiet_NaN()), "The lease deadline is not a number.");
     EXPECT_FALSE(setting.isDisabled);
-    helper.holdBack(std::nullopt);
+    helper.loop.holdBack(std::nullopt);
     EXPECT_EQ(renew(0), granted);
     for (const double endless : {1.0, -1.0}) // refused before anything else is looked at
         EXPECT_EQ(renew(0, endless * std::numeric_limits<double>::infinity()),

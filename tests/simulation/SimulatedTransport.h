@@ -1,7 +1,9 @@
 #pragma once
 
+#include "lease/LidSleepLease.h"
 #include "lid/LidLeaseClientConnection.h"
-#include "simulation/SimulatedHelper.h"
+#include "simulation/VirtualTime.h"
+#include "twins/AssembledHelper.h"
 
 #include <optional>
 #include <string>
@@ -11,7 +13,7 @@ namespace wakeloft {
 /// What lies between the app and whichever helper runs: delays, losses, doubled and late answers.
 class SimulatedTransport {
   public:
-    SimulatedTransport(VirtualTime& time, Chance& chance, std::shared_ptr<SimulatedHelper>& helper)
+    SimulatedTransport(VirtualTime& time, Chance& chance, std::shared_ptr<AssembledHelper>& helper)
         : time_(time), chance_(chance), helper_(helper) {}
 
     std::unique_ptr<LidLeaseClientConnection> connect() { return std::make_unique<Connection>(*this); }
@@ -77,7 +79,7 @@ class SimulatedTransport {
         }
 
         SimulatedTransport& transport;
-        std::weak_ptr<SimulatedHelper> helper;
+        std::weak_ptr<AssembledHelper> helper;
         std::shared_ptr<LidLeaseConnection> atHelper;
     };
 
@@ -104,7 +106,7 @@ class SimulatedTransport {
 
     VirtualTime& time_;
     Chance& chance_;
-    std::shared_ptr<SimulatedHelper>& helper_;
+    std::shared_ptr<AssembledHelper>& helper_;
     std::uint64_t latest_ = 0;
     std::optional<Seconds> sentAt_; ///< uptime of the latest request while it is unanswered
     bool wasOverrun_ = false;

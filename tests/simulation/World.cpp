@@ -181,7 +181,7 @@ SimulatedApp& World::app() {
 
 void World::startHelper() {
     setting_.isHelperStarting = true;
-    helper_ = std::make_shared<SimulatedHelper>(time_, setting_);
+    helper_ = std::make_shared<AssembledHelper>(setting_, time_.clocks, helperTimer_, time_);
 }
 
 /// The system starts it again a moment later.
@@ -202,7 +202,7 @@ void World::jump(Seconds asleep, Seconds clockSetBy) {
 
 void World::pass(Seconds seconds) {
     time_.pass(seconds, [this] {
-        if (helper_ != nullptr && helper_->wantsToEnd) {
+        if (helper_ != nullptr && helper_->ends > 0) {
             helper_->loop.stop();
             endHelper();
         }

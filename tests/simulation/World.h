@@ -1,6 +1,7 @@
 #pragma once
 
 #include "simulation/SimulatedApp.h"
+#include "simulation/SimulatedSetting.h"
 
 #include <cstdint>
 #include <memory>
@@ -51,7 +52,8 @@ class World {
     Chance chance_;
     VirtualTime time_;
     SimulatedSetting setting_{time_, chance_};
-    std::shared_ptr<SimulatedHelper> helper_;
+    VirtualTimer helperTimer_{time_};
+    std::shared_ptr<AssembledHelper> helper_;
     SimulatedTransport transport_{time_, chance_, helper_};
     SimulatedStores stores_;
     ManualRegistration registration_;
