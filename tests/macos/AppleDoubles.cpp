@@ -11,7 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
-#include <memory>
+#include <set>
 
 namespace wakeloft {
 AppleDoubles apple;
@@ -20,20 +20,15 @@ using wakeloft::apple;
 
 namespace {
 
-struct Object {
-    std::string kind;
-    std::string content;
-    bool isOurs = true; ///< to be released by whom it was given to
-};
-
+// Any object is a text.
 template <class Reference>
-Reference made(std::string kind, std::string content = "") {
+Reference made(const std::string& text = "") {
     ++apple.liveObjects;
-    return reinterpret_cast<Reference>(new Object{std::move(kind), std::move(content)});
+    return reinterpret_cast<Reference>(new std::string(text));
 }
 
-const Object& object(const void* reference) {
-    return *static_cast<const Object*>(reference);
+const std::string& text(const void* reference) {
+    return *static_cast<const std::string*>(reference);
 }
 
 bool fails(const char* function) {
@@ -45,7 +40,7 @@ OSStatus give(const char* function, Reference* place, const std::string& content
     apple.calls.emplace_back(function);
     if (fails(function))
         return errSecCSReqFailed;
-    *place = made<Reference>(function, content);
+    *place = made<Reference>(content);
     return errSecSuccess;
 }
 
@@ -62,73 +57,64 @@ const CFAllocatorRef kCFAllocatorDefault = nullptr;
 const mach_port_t kIOMainPortDefault = 0;
 const CFStringRef kSecCodeInfoUnique = __CFStringMakeConstantString("unique");
 
-CFStringRef __CFStringMakeConstantString(const char* text) {
-    static std::map<std::string, std::unique_ptr<Object>> constants;
-    auto& constant = constants[text];
-    if (!constant)
-        constant = std::make_unique<Object>("string", text, false);
-    return reinterpret_cast<CFStringRef>(constant.get());
+CFStringRef __CFStringMakeConstantString(const char* characters) {
+    static std::set<std::string> constants; // released by nobody
+    return reinterpret_cast<CFStringRef>(&*constants.insert(characters).first);
 }
 
 void CFRelease(CFTypeRef reference) {
-    if (!object(reference).isOurs)
-        std::abort();
     --apple.liveObjects;
-    delete static_cast<const Object*>(reference);
+    delete static_cast<const std::string*>(reference);
 }
 
 Boolean CFEqual(CFTypeRef one, CFTypeRef other) {
-    return object(one).content == object(other).content;
+    return text(one) == text(other);
+}
+CFTypeID CFDataGetTypeID() {
+    return 0;
 }
 CFTypeID CFBooleanGetTypeID() {
     return 1;
 }
-CFTypeID CFDataGetTypeID() {
-    return 2;
-}
 CFTypeID CFGetTypeID(CFTypeRef reference) {
-    const auto& kind = object(reference).kind;
-    return kind == "boolean" ? 1 : kind == "data" ? 2 : 3;
+    return text(reference) == "true" || text(reference) == "false";
 }
 Boolean CFBooleanGetValue(CFBooleanRef boolean) {
-    return object(boolean).content == "true";
+    return text(boolean) == "true";
 }
 
 CFStringRef CFStringCreateWithBytes(CFAllocatorRef, const UInt8* bytes, CFIndex count, CFStringEncoding,
                                     Boolean) {
-    return made<CFStringRef>("string",
-                             {reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count)});
+    return made<CFStringRef>({reinterpret_cast<const char*>(bytes), static_cast<std::size_t>(count)});
 }
 CFIndex CFStringGetLength(CFStringRef string) {
-    return static_cast<CFIndex>(object(string).content.size());
+    return static_cast<CFIndex>(text(string).size());
 }
 CFIndex CFStringGetBytes(CFStringRef string, CFRange range, CFStringEncoding, UInt8, Boolean, UInt8* buffer,
                          CFIndex capacity, CFIndex* used) {
-    const auto text = object(string).content.substr(0, static_cast<std::size_t>(range.length));
-    *used = static_cast<CFIndex>(text.size());
+    const auto wanted = text(string).substr(0, static_cast<std::size_t>(range.length));
+    *used = static_cast<CFIndex>(wanted.size());
     if (buffer != nullptr)
-        std::memcpy(buffer, text.data(), static_cast<std::size_t>(std::min(*used, capacity)));
+        std::memcpy(buffer, wanted.data(), static_cast<std::size_t>(std::min(*used, capacity)));
     return range.length;
 }
 CFURLRef CFURLCreateFromFileSystemRepresentation(CFAllocatorRef, const UInt8* path, CFIndex length, Boolean) {
-    return made<CFURLRef>("url", {reinterpret_cast<const char*>(path), static_cast<std::size_t>(length)});
+    return made<CFURLRef>({reinterpret_cast<const char*>(path), static_cast<std::size_t>(length)});
 }
 const void* CFDictionaryGetValue(CFDictionaryRef, const void*) {
-    static Object hash{"data", "", false};
-    hash.content = apple.codeDirectoryHash;
-    return fails("CFDictionaryGetValue") ? nullptr : &hash;
+    return fails("CFDictionaryGetValue") ? nullptr : &apple.codeDirectoryHash;
 }
 CFIndex CFDataGetLength(CFDataRef data) {
-    return static_cast<CFIndex>(object(data).content.size());
+    return static_cast<CFIndex>(text(data).size());
 }
 const UInt8* CFDataGetBytePtr(CFDataRef data) {
-    return reinterpret_cast<const UInt8*>(object(data).content.data());
+    return reinterpret_cast<const UInt8*>(text(data).data());
 }
 
 IOReturn IOPMAssertionCreateWithName(CFStringRef type, IOPMAssertionLevel level, CFStringRef name,
                                      IOPMAssertionID* assertion) {
-    apple.calls.push_back("create " + object(type).content + " " + std::to_string(level) + " " +
-                          object(name).content + " " + std::to_string(*assertion));
+    apple.calls.push_back("create " + text(type) + " " + std::to_string(level) + " " + text(name) + " " +
+                          std::to_string(*assertion));
     if (fails("IOPMAssertionCreateWithName"))
         return kIOReturnError;
     *assertion = 7;
@@ -140,13 +126,14 @@ IOReturn IOPMAssertionRelease(IOPMAssertionID assertion) {
 }
 
 CFTypeRef IOPSCopyPowerSourcesInfo() {
-    return apple.powerSource ? made<CFTypeRef>("information") : nullptr;
+    apple.calls.emplace_back("power source");
+    return apple.powerSource ? made<CFTypeRef>() : nullptr;
 }
 CFStringRef IOPSGetProvidingPowerSourceType(CFTypeRef) {
     return __CFStringMakeConstantString(apple.powerSource->c_str());
 }
 CGError CGGetOnlineDisplayList(uint32_t capacity, CGDirectDisplayID* displays, uint32_t* count) {
-    apple.displayCapacity = capacity;
+    apple.calls.emplace_back("displays");
     for (uint32_t index = 0; index < std::min<std::size_t>(capacity, apple.displays.size()); ++index)
         displays[index] = index;
     *count = static_cast<uint32_t>(apple.displays.size());
@@ -157,21 +144,19 @@ boolean_t CGDisplayIsBuiltin(CGDirectDisplayID display) {
 }
 
 CFMutableDictionaryRef IOServiceMatching(const char* name) {
-    return made<CFMutableDictionaryRef>("matching", name);
+    return made<CFMutableDictionaryRef>(name);
 }
 io_service_t IOServiceGetMatchingService(mach_port_t, CFDictionaryRef matching) {
-    const bool isFound =
-        object(matching).content == "IOPMrootDomain" && !fails("IOServiceGetMatchingService");
+    const bool isFound = text(matching) == "IOPMrootDomain" && !fails("IOServiceGetMatchingService");
     CFRelease(matching);
     apple.liveObjects += isFound;
     return isFound;
 }
 CFTypeRef IORegistryEntryCreateCFProperty(io_registry_entry_t, CFStringRef key, CFAllocatorRef,
                                           IOOptionBits) {
-    if (!apple.sleepDisabled || object(key).content != "SleepDisabled")
+    if (!apple.sleepDisabled || text(key) != "SleepDisabled")
         return nullptr;
-    const bool isBoolean = *apple.sleepDisabled == "true" || *apple.sleepDisabled == "false";
-    return made<CFTypeRef>(isBoolean ? "boolean" : "number", *apple.sleepDisabled);
+    return made<CFTypeRef>(*apple.sleepDisabled);
 }
 kern_return_t IOObjectRelease(io_object_t) {
     --apple.liveObjects;
@@ -194,14 +179,14 @@ OSStatus SecStaticCodeCreateWithPath(CFURLRef, SecCSFlags, SecStaticCodeRef* cod
     return give("SecStaticCodeCreateWithPath", code);
 }
 OSStatus SecStaticCodeCheckValidity(SecStaticCodeRef, SecCSFlags, SecRequirementRef requirement) {
-    apple.calls.push_back("SecStaticCodeCheckValidity " + object(requirement).content);
+    apple.calls.push_back("SecStaticCodeCheckValidity " + text(requirement));
     return fails("SecStaticCodeCheckValidity") ? errSecCSReqFailed : errSecSuccess;
 }
-OSStatus SecRequirementCreateWithString(CFStringRef text, SecCSFlags, SecRequirementRef* requirement) {
-    return give("SecRequirementCreateWithString", requirement, object(text).content);
+OSStatus SecRequirementCreateWithString(CFStringRef string, SecCSFlags, SecRequirementRef* requirement) {
+    return give("SecRequirementCreateWithString", requirement, text(string));
 }
-OSStatus SecRequirementCopyString(SecRequirementRef, SecCSFlags, CFStringRef* text) {
-    return give("SecRequirementCopyString", text, "identifier x");
+OSStatus SecRequirementCopyString(SecRequirementRef, SecCSFlags, CFStringRef* string) {
+    return give("SecRequirementCopyString", string, "identifier x");
 }
 
 int csops(pid_t, unsigned operation, void* buffer, std::size_t size) {
@@ -213,7 +198,7 @@ int csops(pid_t, unsigned operation, void* buffer, std::size_t size) {
 }
 
 int proc_pidinfo(int, int flavour, uint64_t address, void* buffer, int size) {
-    if (fails("proc_pidinfo") || flavour != 8 || address != reinterpret_cast<uint64_t>(&_mh_execute_header))
+    if (flavour != 8 || address != reinterpret_cast<uint64_t>(&_mh_execute_header))
         return 0;
     std::memset(buffer, 0, static_cast<std::size_t>(size));
     std::memcpy(static_cast<char*>(buffer) + 96, &apple.device, sizeof apple.device);
@@ -223,11 +208,8 @@ int proc_pidinfo(int, int flavour, uint64_t address, void* buffer, int size) {
 int proc_pidpath(int, void*, uint32_t) {
     return 0;
 }
-int sysctl(int*, unsigned, void* old, std::size_t* size, void*, std::size_t) {
-    if (old != nullptr)
-        std::memcpy(old, apple.arguments.data(), std::min(*size, apple.arguments.size()));
-    *size = apple.arguments.size();
-    return fails("sysctl") ? -1 : 0;
+int sysctl(int*, unsigned, void*, std::size_t*, void*, std::size_t) {
+    return -1;
 }
 }
 // NOLINTEND(clang-analyzer-nullability.*)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -18,11 +17,9 @@ struct AppleDoubles {
 
     std::optional<std::string> powerSource = "AC Power"; ///< none: no information
     std::vector<bool> displays;                          ///< each: is it built in
-    std::uint32_t displayCapacity = 0;                   ///< as asked for
     std::optional<std::string> sleepDisabled;            ///< "true", "false" or anything else
     std::map<unsigned, std::string> codeSigning;         ///< the kernel's answer to each operation
     std::string codeDirectoryHash;                       ///< of any file
-    std::vector<char> arguments;                         ///< the kernel's record of them
     std::uint32_t device = 0;
     std::uint64_t inode = 0;
 };

@@ -23,7 +23,7 @@
 
 namespace wakeloft {
 
-MacAppDoubles* mac = nullptr;
+MacAppDoubles mac;
 
 namespace {
 void record(const std::string& call) {
@@ -35,18 +35,16 @@ void record(const std::string& call) {
 struct ApplicationDelegate::Application {};
 ApplicationDelegate::ApplicationDelegate(Events events) {
     record("application delegate");
-    mac->events = std::move(events);
+    mac.events = std::move(events);
 }
 ApplicationDelegate::~ApplicationDelegate() = default;
 void ApplicationDelegate::run() {}
 void ApplicationDelegate::terminate() {
     record("terminate");
 }
-void ApplicationDelegate::reply(bool mayQuit) {
-    record(mayQuit ? "quit" : "stay");
-}
+void ApplicationDelegate::reply(bool) {}
 std::optional<QuitAppleEvent> QuitAppleEvent::current() {
-    return mac->event;
+    return mac.event;
 }
 void CFMainRunLoop::perform(std::function<void()>) {}
 void CFMainRunLoop::performAfter(Seconds, std::function<void()>) {}
@@ -70,12 +68,10 @@ OperatingSystemVersion systemVersion() {
 // What the controllers stand on.
 std::optional<DefaultsValue> FoundationUserDefaults::value(const std::string& key) const {
     record("read " + key);
-    const auto found = mac->defaults.find(key);
-    return found == mac->defaults.end() ? std::nullopt : std::optional(found->second);
+    const auto found = mac.defaults.find(key);
+    return found == mac.defaults.end() ? std::nullopt : std::optional(found->second);
 }
-void FoundationUserDefaults::set(const std::string& key, DefaultsValue) {
-    record("write " + key);
-}
+void FoundationUserDefaults::set(const std::string&, DefaultsValue) {}
 void FoundationUserDefaults::remove(const std::string&) {}
 std::string FoundationDurationFormatter::units(HoursAndMinutes, Width, const Locale& locale) const {
     return "a while in " + locale.identifier;
@@ -93,9 +89,7 @@ Seconds SystemTimeZone::secondsFromUtcAt(Date) const {
     return 0;
 }
 struct TimerDeadlineScheduler::Timer {};
-TimerDeadlineScheduler::TimerDeadlineScheduler(const DateProvider& dates) : dates_(dates) {
-    record("timer");
-}
+TimerDeadlineScheduler::TimerDeadlineScheduler(const DateProvider& dates) : dates_(dates) {}
 TimerDeadlineScheduler::~TimerDeadlineScheduler() = default;
 void TimerDeadlineScheduler::scheduleAt(Date, std::function<void()>) {
     static_cast<void>(dates_);
@@ -125,18 +119,16 @@ std::expected<void, Error> SMAppServiceLidHelperRegistration::registerHelper() {
     return {};
 }
 LidLeaseConnectionFactory xpcLidLeaseConnections() {
-    record("connections");
     return [](const std::string& requirement) {
         record("connect to " + requirement);
         return nullptr;
     };
 }
 struct SMAppServiceLoginItem::Implementation {};
-SMAppServiceLoginItem::SMAppServiceLoginItem() {
-    record("login item");
-}
+SMAppServiceLoginItem::SMAppServiceLoginItem() = default;
 SMAppServiceLoginItem::~SMAppServiceLoginItem() = default;
 LoginItemState SMAppServiceLoginItem::state() const {
+    record("login item");
     return LoginItemState::enabled;
 }
 bool SMAppServiceLoginItem::isAtStableLocation() const {
@@ -161,22 +153,22 @@ void SparkleSoftwareUpdate::checkForUpdates() {
     record("check for updates");
 }
 void SparkleSoftwareUpdate::observeRelaunch(std::function<void()> relaunching) {
-    mac->relaunching = std::move(relaunching);
+    mac.relaunching = std::move(relaunching);
 }
 void WorkspaceLinkOpener::open(const std::string& address,
                                Failed failed) { // NOLINT(performance-*): as declared
     static_cast<void>(loop_);
     record("open " + address);
-    if (mac->linkFailure)
-        failed(*mac->linkFailure);
+    if (mac.linkFailure)
+        failed(*mac.linkFailure);
 }
 
 // The views.
 struct MenuBarItem::Views {};
 MenuBarItem::MenuBarItem(AwakePanel& panel, const SettingsSource& settings) {
     record("menu bar item");
-    mac->panel = &panel;
-    mac->settings.emplace(settings);
+    mac.panel = &panel;
+    mac.settings = std::make_unique<SettingsSource>(settings);
 }
 MenuBarItem::~MenuBarItem() = default;
 void MenuBarItem::openPanel() {
@@ -187,7 +179,7 @@ void MenuBarItem::activate() {
 }
 bool askToQuit(const QuitAlertContent& content) {
     record("ask " + content.title + " " + content.message.substr(0, content.message.find('.') + 1));
-    return mac->confirms;
+    return mac.confirms;
 }
 
 } // namespace wakeloft

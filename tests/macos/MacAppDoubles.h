@@ -6,6 +6,7 @@
 #include "SettingsSource.h"
 
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -22,9 +23,9 @@ struct MacAppDoubles {
     std::function<void()> relaunching; ///< by which the updater tells of it
     std::optional<PlatformError> linkFailure;
     AwakePanel* panel = nullptr; ///< of the item in the menu bar
-    std::optional<SettingsSource> settings;
+    std::unique_ptr<SettingsSource> settings;
 };
 
-extern MacAppDoubles* mac;
+extern MacAppDoubles mac;
 
 } // namespace wakeloft
