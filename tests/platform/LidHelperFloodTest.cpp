@@ -1,12 +1,11 @@
 #include "LidHelperProcess.h"
+#include "support/BusDaemon.h"
+
+#include <unistd.h>
 
 #include <algorithm>
-#include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <unistd.h>
-#include <utility>
 
 namespace wakeloft {
 namespace {
@@ -15,89 +14,74 @@ constexpr uid_t stranger = 65534;
 constexpr const char* bareName = "com.wakeloft.Bare";
 
 /// What another user does to the helper, and how the others fare meanwhile.
-struct LidHelperFlood : LidHelperRunning {
+struct LidHelperFlood : LidHelperProcess {
+    const LeaseHolder honest;
+    long peak = 0; ///< of the helper's own memory, in KiB
+
     void SetUp() override {
         if (geteuid() != 0)
             GTEST_SKIP() << "Only root can send requests as another user.";
         std::filesystem::permissions(bus.directory(), std::filesystem::perms::others_exec,
                                      std::filesystem::perm_options::add);
+        for (const pid_t process : {daemonOf(observer.get()), helper->pid(), loginManager->pid()})
+            putFirst(process);
     }
-
     /// Keeps what else this machine does out of the figures, where the kernel can.
     static void putFirst(pid_t process) {
         std::ofstream("/proc/" + std::to_string(process) + "/autogroup") << "-15";
     }
-    void putServicesFirst() {
-        sd_bus_creds* daemon = nullptr;
-        pid_t process = 0;
-        EXPECT_GE(sd_bus_get_owner_creds(observer.get(), SD_BUS_CREDS_PID, &daemon), 0);
-        EXPECT_GE(sd_bus_creds_get_pid(daemon, &process), 0);
-        sd_bus_creds_unref(daemon);
-        for (const pid_t each : {process, helper->pid(), loginManager->pid()})
-            putFirst(each);
-    }
-    std::unique_ptr<ChildProcess> as(uid_t user, const std::function<int(sd_event*, sd_bus*)>& work) {
-        return std::make_unique<ChildProcess>(user, [this, work] {
-            sd_event* own = nullptr;
-            return sd_event_new(&own) < 0 || work(own, bus.connect(own).get()) < 0 ? 1 : 0;
-        });
-    }
-
-    /// Asks while 100,000 of the stranger's requests go to `name` as fast as the bus takes them: the
-    /// milliseconds to the slowest answer.
-    double slowestAnswerInFlood(const char* name, const std::function<bool()>& ask) {
-        const auto flood = as(stranger, [&](sd_event*, sd_bus* client) {
-            int result = 0;
-            for (int number = 1; number <= 100'000 && result >= 0; ++number) {
-                const auto request = renewal(client, wallClock() + 20, false, name);
-                sd_bus_message_set_expect_reply(request.get(), 0); // or the bus would hold them back
-                result = sd_bus_send(client, request.get(), nullptr);
-                if (result >= 0 && number % 100 == 0)
-                    result = sd_bus_flush(client);
+    /// As fast as the bus takes them.
+    static std::unique_ptr<ChildProcess> sendAsStranger(int requests, int requestsOfClient,
+                                                        const char* name = helperName) {
+        auto process = std::make_unique<ChildProcess>(stranger, [=] {
+            for (int sent = 0; sent < requests;) {
+                const LeaseHolder client;
+                do {
+                    if (!client.send(client.renewal(wallClock() + 20, false, name)))
+                        return 1;
+                    if (++sent % 100 == 0)
+                        sd_bus_flush(client.bus());
+                } while (sent % requestsOfClient != 0);
             }
-            return result;
+            return 0;
         });
-        putFirst(flood->pid());
+        putFirst(process->pid());
+        return process;
+    }
+    /// The milliseconds to the slowest answer while `name` is flooded.
+    double slowestAnswer(const char* name, const std::function<bool()>& ask) {
+        constexpr int requests = 100'000;
+        const auto flood = sendAsStranger(requests, requests, name);
         double slowest = 0;
         do {
-            slowest = std::max(slowest, answerTime(ask));
+            const double start = wallClock();
+            EXPECT_TRUE(ask());
+            slowest = std::max(slowest, (wallClock() - start) * 1000);
             peak = std::max(peak, memory());
             pass(100);
         } while (flood->wait(0) < 0);
         EXPECT_EQ(flood->wait(0), 0);
         return slowest;
     }
-    static double answerTime(const std::function<bool()>& ask) {
-        using Clock = std::chrono::steady_clock;
-        const auto start = Clock::now();
-        EXPECT_TRUE(ask());
-        return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
-    }
-    long peak = 0; ///< of the helper's own memory, in KiB
 };
 
 TEST_F(LidHelperFlood, AnHonestClientIsAnsweredInTimeAndNothingPilesUp) {
     // The floor: a service that does nothing but answer, under the same flood.
-    const auto bare = as(0, [](sd_event* own, sd_bus* connection) {
-        const int result = sd_bus_request_name(connection, bareName, 0);
-        return result < 0 ? result : sd_event_loop(own);
+    const ChildProcess bare(geteuid(), [] {
+        const LeaseHolder service;
+        int result = sd_bus_request_name(service.bus(), bareName, 0);
+        while (result >= 0)
+            result = sd_bus_process(service.bus(), nullptr) > 0 ? 1 : sd_bus_wait(service.bus(), UINT64_MAX);
+        return 1;
     });
     ASSERT_TRUE(waitFor([&] { return isOwned(bareName); }));
-    putServicesFirst();
-    putFirst(bare->pid());
-    const auto honest = bus.connect(event);
+    putFirst(bare.pid());
     bool isHeld = false;
     const auto turned = [&] {
-        return (std::exchange(isHeld, !isHeld) ? revoke(honest) : renew(honest)).empty();
+        return (std::exchange(isHeld, !isHeld) ? honest.revoke() : honest.renew()).empty();
     };
-    const auto pinged = [&] {
-        sd_bus_message* ping = nullptr;
-        sd_bus_message_new_method_call(observer.get(), &ping, bareName, "/", "org.freedesktop.DBus.Peer",
-                                       "Ping");
-        return answer(observer.get(), BusMessage(ping).get()).empty();
-    };
+    const auto refuses = [&] { return !honest.answer(honest.call("Ping", bareName)).empty(); };
     EXPECT_TRUE(turned());
-    const double calm = std::max(answerTime(turned), answerTime(turned));
     const long before = memory();
 
     // What else this machine does can only lengthen an answer, so the better round counts.
@@ -106,18 +90,18 @@ TEST_F(LidHelperFlood, AnHonestClientIsAnsweredInTimeAndNothingPilesUp) {
     constexpr double limit = 100;
     constexpr double slack = 5; // of a machine where even the floor is above the limit
     for (int round = 0; round < 2 && best > limit; ++round) {
-        floor = std::max(floor, slowestAnswerInFlood(bareName, pinged));
-        polkit->opinion = FakePolkit::Opinion::no;
-        const double refused = slowestAnswerInFlood(helperName, turned);
-        polkit->opinion = FakePolkit::Opinion::yes;
-        const double allowed = slowestAnswerInFlood(helperName, turned);
+        floor = std::max(floor, slowestAnswer(bareName, refuses));
+        opinion = Opinion::no;
+        const double refused = slowestAnswer(helperName, turned);
+        opinion = Opinion::yes;
+        const double allowed = slowestAnswer(helperName, turned);
         best = std::min(best, std::max(refused, allowed));
-        std::cout << "slowest answer without a flood " << calm << " ms, in a flood of a refused client "
-                  << refused << " ms, of one that is let in " << allowed
-                  << " ms; of a service that does nothing, flooded " << floor << " ms\n";
+        std::cout << "slowest answer in a flood of a refused client " << refused
+                  << " ms, of one that is let in " << allowed << " ms; of a service that does nothing "
+                  << floor << " ms\n";
     }
     std::cout << "helper's own memory " << before << " KiB, at most " << peak << " KiB in a flood\n";
-    EXPECT_EQ(renew(honest), "");
+    EXPECT_EQ(honest.renew(), "");
     EXPECT_EQ(locks(), 1);
     EXPECT_LT(log().size(), 20'000U); // a line a second at the most
     if (isMeasured) {
@@ -127,57 +111,28 @@ TEST_F(LidHelperFlood, AnHonestClientIsAnsweredInTimeAndNothingPilesUp) {
 }
 
 TEST_F(LidHelperFlood, ClientsThatComeAndGoLeaveNothingBehind) {
-    putServicesFirst();
-    const auto honest = bus.connect(event);
-    ASSERT_EQ(renew(honest), "");
-    const auto descriptors = [&] {
-        std::filesystem::directory_iterator all("/proc/" + std::to_string(helper->pid()) + "/fd");
-        return std::distance(all, {});
-    };
+    ASSERT_EQ(honest.renew(), "");
     const auto visit = [&](int times) {
-        for (const auto opinion :
-             {FakePolkit::Opinion::no, FakePolkit::Opinion::yes, FakePolkit::Opinion::never}) {
-            polkit->opinion = opinion;
-            const auto visitors = as(stranger, [&](sd_event* own, sd_bus*) {
-                int result = 0;
-                for (int number = 0; number < times && result >= 0; ++number) {
-                    const auto client = bus.connect(own);
-                    const auto request = renewal(client.get(), wallClock() + 20);
-                    sd_bus_message_set_expect_reply(request.get(), 0);
-                    result = sd_bus_send(client.get(), request.get(), nullptr);
-                }
-                return result;
-            });
+        for (const auto next : {Opinion::no, Opinion::yes, Opinion::never}) {
+            opinion = next;
+            const auto visitors = sendAsStranger(times, 1);
             ASSERT_TRUE(waitFor([&] { return visitors->wait(0) == 0; }));
-            ASSERT_TRUE(waitFor([&] { return renew(honest).empty(); }));
+            ASSERT_TRUE(waitFor([&] { return honest.renew().empty(); }));
         }
     };
     visit(300); // what it needs once
     const long before = memory();
-    const auto opened = descriptors();
     visit(1000);
-    if (isMeasured) {
-        EXPECT_LE(memory(), before + 192);
-    }
-    EXPECT_EQ(descriptors(), opened);
+    EXPECT_LE(isMeasured ? memory() : 0, before + 192);
 
-    // None of them takes up a place: sixteen more are let in, and a seventeenth is not.
-    polkit->opinion = FakePolkit::Opinion::yes;
-    const auto others = as(stranger, [&](sd_event* own, sd_bus*) {
-        std::vector<BusPointer> granted;
-        for (int look = 0; look < 1000 && granted.size() < 17; ++look) {
-            auto client = bus.connect(own);
-            if (callBus(client.get(), renewal(client.get(), wallClock() + 20).get(), ""))
-                granted.push_back(std::move(client));
-            else if (granted.size() == 16)
+    opinion = Opinion::yes;
+    ChildProcess late(stranger, [] {
+        for (int look = 0; look < 1000; ++look, usleep(10'000)) // polkit may still have to be waited for
+            if (LeaseHolder().renew().empty())
                 return 0;
-            else
-                usleep(10'000); // polkit may still have to be waited for
-        }
-        return -1;
+        return 1;
     });
-    EXPECT_TRUE(waitFor([&] { return others->wait(0) >= 0; }, 3000));
-    EXPECT_EQ(others->wait(0), 0);
+    EXPECT_EQ(late.wait(30'000), 0); // none of them takes up a place
 }
 
 } // namespace

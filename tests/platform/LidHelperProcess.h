@@ -1,13 +1,15 @@
 #pragma once
 
-#include "LidHelperFakes.h"
 #include "PrivateSystem.h"
-#include "lease/LidHelperService.h"
+#include "support/FakeService.h"
+#include "support/LeaseHolder.h"
 
-#include <gtest/gtest.h>
-
-#include <string>
-#include <vector>
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <fstream>
+#include <iostream>
+#include <iterator>
 
 namespace wakeloft {
 
@@ -21,42 +23,59 @@ inline constexpr bool isMeasured = false; // a sanitizer takes its own time and 
 inline constexpr bool isMeasured = true;
 #endif
 
-/// A real helper as a process on a private system, beside a polkit with one opinion, and what its clients
-/// say.
-struct LidHelperProcess : testing::Test, PrivateSystem {
-    LidHelperProcess();
-    ~LidHelperProcess() override;
+/// A real helper as a process on a private system, beside a polkit with one opinion.
+struct LidHelperProcess : PrivateSystem {
+    enum class Opinion { yes, no, broken, never };
 
-    void start(const std::string& program = WAKELOFT_LID_HELPER,
-               const std::vector<std::string>& arguments = {});
+    LidHelperProcess() {
+        startLoginManager();
+        helper = std::make_unique<ChildProcess>(
+            std::vector<std::string>{"sh", "-c", "exec \"$0\" 2>\"$1\"", WAKELOFT_LID_HELPER, logFile});
+        EXPECT_TRUE(waitFor([&] { return isOwned(helperName); })) << log();
+    }
+    ~LidHelperProcess() override {
+        if (HasFailure())
+            std::cerr << log();
+    }
+
     /// Sends the signal, and waits for the end: the exit code.
-    int end(int signal);
-    /// All that the helpers of this test have logged.
-    std::string log() const;
+    int end(int signal) {
+        helper->signal(signal);
+        return helper->wait(5000);
+    }
+    /// All that it has said.
+    std::string log() const {
+        std::ifstream stream(logFile);
+        return {std::istreambuf_iterator<char>(stream), {}};
+    }
     /// The number behind `name` in a file that the kernel keeps about the process.
-    long figure(const std::string& name, const char* file) const;
+    long figure(const std::string& name, const char* file) const {
+        std::ifstream lines("/proc/" + std::to_string(helper->pid()) + "/" + file);
+        std::string line;
+        while (std::getline(lines, line))
+            if (line.starts_with(name + ":"))
+                return std::atol(line.c_str() + name.size() + 1);
+        ADD_FAILURE() << "no figure " << name;
+        return -1;
+    }
     /// Its own memory, in KiB.
     long memory() const { return figure("Private_Dirty", "smaps_rollup"); }
 
-    /// How many locks of the helper's kind `who` holds.
-    int locks(const std::string& who = "Wakeloft");
-
-    BusMessage call(sd_bus* client, const char* method, const char* name = helperName);
-    BusMessage renewal(sd_bus* client, double deadline, bool suspendIfClosed = false,
-                       const char* name = helperName);
-    /// The reason in the answer (empty: granted), or the name of the error.
-    std::string answer(sd_bus* client, sd_bus_message* message);
-    std::string renew(const BusPointer& client, double seconds = 25, bool suspendIfClosed = false);
-    std::string revoke(const BusPointer& client);
-    static double wallClock();
-
-    std::unique_ptr<FakePolkit> polkit = std::make_unique<FakePolkit>(bus, event);
+    int checkAuthorization(sd_bus_message* call) {
+        ++asked;
+        if (opinion == Opinion::broken || opinion == Opinion::never)
+            return opinion == Opinion::broken ? -EIO : 1;
+        return sd_bus_reply_method_return(call, "(bba{ss})", opinion == Opinion::yes ? 1 : 0, 0, 0);
+    }
+    const std::string logFile = bus.directory() / "helper.log";
+    std::atomic<Opinion> opinion = Opinion::yes;
+    std::atomic<int> asked = 0;
+    ServiceThread polkit{[this](sd_event* thread) {
+        return std::make_shared<FakeService>(
+            bus, thread, "org.freedesktop.PolicyKit1", "/org/freedesktop/PolicyKit1/Authority",
+            [this](sd_bus_message* call, sd_bus_error*) { return checkAuthorization(call); });
+    }};
     std::unique_ptr<ChildProcess> helper;
-};
-
-/// The helper of this build runs from the start.
-struct LidHelperRunning : LidHelperProcess {
-    LidHelperRunning() { start(); }
 };
 
 } // namespace wakeloft

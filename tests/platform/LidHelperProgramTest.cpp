@@ -1,143 +1,77 @@
-#include "LidHelperProcess.h"
+#include "PrivateSystem.h"
+#include "ProgramWatch.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace wakeloft {
 namespace {
 
 namespace fs = std::filesystem;
+using Finding = LidHelperFileWatch::Finding;
 
-/// A helper that runs from a folder of its own.
-struct LidHelperProgram : LidHelperProcess {
+struct LidHelperProgram : PrivateSystem {
     const fs::path folder = bus.directory() / "libexec";
     const fs::path program = folder / "WakeloftLidHelper";
-    int versions = 0;
 
-    LidHelperProgram() {
-        makeFolder();
-        install(program);
-        start(program);
-    }
-    void makeFolder() {
+    LidHelperProgram() { install("the helper"); }
+    void install(const std::string& code) {
         fs::create_directory(folder);
         chmod(folder.c_str(), 0755);
+        fs::remove(program);
+        std::ofstream(program) << code;
+        chmod(program.c_str(), 0755);
     }
-    /// A helper that works, and that is no other one's copy.
-    fs::path install(const fs::path& path) {
-        fs::copy_file(WAKELOFT_LID_HELPER, path);
-        std::ofstream(path, std::ios::app) << ++versions;
-        chmod(path.c_str(), 0755);
-        return path;
+    /// The hash of what is there, or what is wrong with it.
+    std::string judged() const {
+        const auto hash = hashOfTrustedFile(program);
+        return hash ? *hash : hash.error().description;
     }
-    fs::path prepared() { return install(folder / "WakeloftLidHelper.new"); }
-    void replace() { fs::rename(prepared(), program); }
-
-    bool hasLogged(const std::string& text) {
-        return waitFor([&] { return log().find(text) != std::string::npos; });
-    }
-    bool stays() { return helper->wait(200) < 0 && isOwned(helperName); }
 };
 
-TEST_F(LidHelperProgram, ReplacedAtRestItEndsAndTheNextRequestStartsTheNewOne) {
-    const auto sums = bus.directory() / "sums";
-    ChildProcess({"sh", "-c", "sha256sum <\"$0\" >\"$1\"", program, sums}).wait(5000);
-    std::string hash;
-    std::ifstream(sums) >> hash;
-    EXPECT_NE(log().find("cdhash " + hash + ", from " + program.string() + "\n"), std::string::npos) << log();
-
-    EXPECT_TRUE(stays());
-    replace();
-    EXPECT_EQ(helper->wait(5000), 0);
-    EXPECT_TRUE(hasLogged("another helper is on disk now, cdhash "));
-    std::ofstream(bus.directory() / "helper.service")
-        << "[D-BUS Service]\nName=" << helperName
-        << "\nExec=/usr/bin/env DBUS_SYSTEM_BUS_ADDRESS=" << bus.address() << " " << program.string() << "\n";
-    ASSERT_GE(sd_bus_call_method(observer.get(), "org.freedesktop.DBus", "/", "org.freedesktop.DBus",
-                                 "ReloadConfig", nullptr, nullptr, ""),
-              0);
-    EXPECT_EQ(renew(bus.connect(event)), "");
+TEST_F(LidHelperProgram, ThatOthersCouldHavePutThereIsNoHelper) {
+    EXPECT_EQ(judged().size(), 64U); // a hash
+    const auto expectDistrust = [this](const char* change, const fs::path& file, const std::string& reason) {
+        EXPECT_EQ(ChildProcess({"sh", "-c", change, program}).wait(5000), 0);
+        EXPECT_EQ(judged(), file.string() + reason);
+        install("the helper");
+    };
+    expectDistrust("chmod 757 $0", program, " can be written by others.");
+    expectDistrust("chmod 775 $0", program, " can be written by others.");
+    expectDistrust("chmod 777 ${0%/*}", folder, " can be written by others.");
+    expectDistrust("truncate --size=65M $0", program, " is too large for a helper.");
+    expectDistrust("rm $0 && mkfifo $0", program, " is no regular file.");
+    expectDistrust("ln -sf /bin/sh $0", program, " cannot be read: Too many levels of symbolic links.");
+    if (geteuid() == 0)
+        expectDistrust("chown 65534 $0", program, " belongs to another user.");
 }
 
-TEST_F(LidHelperProgram, ReplacedWhileALeaseIsHeldItStaysUntilTheRelease) {
-    const auto client = bus.connect(event);
-    ASSERT_EQ(renew(client), "");
-    replace();
-    EXPECT_TRUE(hasLogged("another helper is on disk now, cdhash "));
-    EXPECT_TRUE(stays());
-    EXPECT_EQ(renew(client), "");
-    EXPECT_EQ(locks(), 1);
-    EXPECT_EQ(revoke(client), "");
-    EXPECT_EQ(helper->wait(5000), 0);
-    EXPECT_EQ(locks(), 0);
-}
-
-TEST_F(LidHelperProgram, ItsOwnFileBackInItsPlaceIsNoReplacement) {
+TEST_F(LidHelperProgram, IsFollowedWhereverItsFileAndFolderGo) {
+    auto found = Finding::running();
+    ProgramWatch watch(
+        event, program, [&](const Finding& finding) { found = finding; }, [](const std::string&) {});
+    ASSERT_TRUE(watch.follow());
+    const auto file = identityOfFile(program).value();
+    watch.start({program, {file.device, file.inode}, judged()});
+    const auto becomes = [&](const Finding& finding) { return waitFor([&] { return found == finding; }); };
     const auto aside = folder / "aside";
     fs::rename(program, aside);
-    EXPECT_TRUE(hasLogged("the helper's file is gone"));
+    EXPECT_TRUE(becomes(Finding::missing()));
     fs::last_write_time(aside, fs::file_time_type::clock::now()); // touched as well
     fs::rename(aside, program);
-    EXPECT_TRUE(hasLogged("this helper is the one on disk"));
-    EXPECT_TRUE(stays());
-    // The folder goes, moved or removed, and comes back with a helper.
+    EXPECT_TRUE(becomes(Finding::running()));
     fs::rename(folder, bus.directory() / "elsewhere");
+    EXPECT_TRUE(becomes(Finding::missing()));
+    fs::create_directory(folder);
     pass(100);
-    makeFolder();
+    fs::remove(folder);
     pass(100);
-    fs::remove_all(folder);
-    pass(100);
-    EXPECT_TRUE(stays());
-    makeFolder();
-    replace();
-    EXPECT_EQ(helper->wait(5000), 0);
-}
-
-TEST_F(LidHelperProgram, RemovedWithItsFolderItStaysUntilAnotherIsThere) {
-    fs::remove(program);
-    EXPECT_TRUE(hasLogged("the helper's file is gone"));
-    fs::remove(folder); // noticed by itself: no change of the file comes with it
-    EXPECT_TRUE(stays());
-    makeFolder();
-    pass(100);
-    replace();
-    EXPECT_EQ(helper->wait(5000), 0);
-}
-
-TEST_F(LidHelperProgram, WhatOthersCouldHavePutThereIsNoHelper) {
-    const auto own = folder / "own";
-    fs::create_hard_link(program, own);
-    const auto isDistrusted = [&](const std::string& reason, const fs::path& file) {
-        SCOPED_TRACE(reason);
-        fs::rename(file, program);
-        EXPECT_TRUE(hasLogged(reason));
-        EXPECT_TRUE(stays());
-        fs::create_hard_link(own, file);
-        fs::rename(file, program);
-        EXPECT_TRUE(waitFor([&] { return log().ends_with("this helper is the one on disk\n"); }));
-    };
-    auto file = prepared();
-    chmod(file.c_str(), 0757);
-    isDistrusted(program.string() + " can be written by others.", file);
-    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
-    isDistrusted(" is no regular file.", file);
-    fs::create_symlink(WAKELOFT_LID_HELPER, file);
-    isDistrusted(" cannot be read: Too many levels of symbolic links.", file);
-    fs::resize_file(prepared(), 65 << 20);
-    isDistrusted(" is too large for a helper.", file);
-    if (geteuid() == 0) {
-        ASSERT_EQ(chown(prepared().c_str(), 65534, 65534), 0);
-        isDistrusted(" belongs to another user.", file);
-    }
-    chmod(folder.c_str(), 0777);
-    replace();
-    EXPECT_TRUE(hasLogged(folder.string() + " can be written by others."));
-    EXPECT_TRUE(stays());
-    chmod(folder.c_str(), 0755);
-    replace();
-    EXPECT_EQ(helper->wait(5000), 0);
+    EXPECT_EQ(found, Finding::missing());
+    install("another");
+    EXPECT_TRUE(becomes(Finding::replaced(judged())));
 }
 
 } // namespace
