@@ -1,208 +1,175 @@
-#include "SdEventMainRunLoop.h"
+#include "BatteryWarning.h"
+#include "PrivateSystem.h"
 #include "SystemMachineConditionsNotifier.h"
 #include "support/FakeService.h"
+#include "support/Files.h"
 
 #include <linux/netlink.h>
 #include <sched.h>
 #include <sys/mount.h>
 #include <sys/socket.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <map>
-#include <memory>
+#include <optional>
 
 namespace wakeloft {
 namespace {
 
-namespace fs = std::filesystem;
-using Device = std::map<std::string, std::string>;
-using Devices = std::map<std::string, Device>;
+using namespace std::string_literals;
 
-const Device discharging{{"type", "Battery"}, {"status", "Discharging"}};
-
-struct Conditions : testing::Test {
-    PrivateBus bus;
-    std::unique_ptr<SdEventMainRunLoop> loop = std::move(SdEventMainRunLoop::create().value());
-    BusConnection system{loop->event(), *loop};
+struct Conditions : testing::Test, PrivateSystem {
+    BusConnection system{event, *loop};
     KernelDevices kernel{(bus.directory() / "supplies").string(), (bus.directory() / "displays").string()};
-    std::vector<std::string> trouble;
+    std::string trouble;
     SystemMachineConditions conditions{
-        onPrivateBus(), [this](const PlatformError& error) { trouble.push_back(error.description); }, kernel};
+        system, [this](const PlatformError& error) { trouble += error.description; }, kernel};
 
-    BusConnection& onPrivateBus() {
-        setenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().c_str(), 1);
-        return system;
+    /// The kernel shows a device as a folder with a file for each attribute.
+    void supply(const char* name, const std::map<std::string, std::string>& attributes) const {
+        for (const auto& [attribute, value] : attributes)
+            put(std::filesystem::path(kernel.powerSupplies) / name / attribute, value + "\n");
     }
-    static void make(const fs::path& folder, const Devices& devices) {
-        fs::remove_all(folder);
-        for (const auto& [device, attributes] : devices)
-            for (const auto& [name, value] : attributes) {
-                fs::create_directories(folder / device);
-                std::ofstream(folder / device / name) << value << "\n";
-            }
+    void display(const char* name, const char* status, const char* use) const {
+        put(std::filesystem::path(kernel.displays) / name / "status", status);
+        put(std::filesystem::path(kernel.displays) / name / "enabled", use);
     }
-    bool isOnBattery(const Devices& supplies) {
-        make(kernel.powerSupplies, supplies);
-        return conditions.isOnBattery();
-    }
-    std::optional<bool> hasExternalDisplay(const Devices& connectors) {
-        make(kernel.displays, connectors);
-        return kernel.hasExternalDisplay();
-    }
-    bool comesTo(const std::function<bool()>& condition) { return runUntil(loop->event(), condition, 3000); }
 };
 
 TEST_F(Conditions, TheKernelTellsOfTheBattery) {
-    const auto mains = [](const char* online) { return Device{{"type", "Mains"}, {"online", online}}; };
-    const auto battery = [](const char* status) { return Device{{"type", "Battery"}, {"status", status}}; };
-    auto mouse = discharging;
-    mouse["scope"] = "Device";
+    BatteryWarning warning(observer.get(), [](bool) {}, kernel.powerSupplies);
+    warning.setActive(true, nullptr);
+    const auto power = [&](const char* status, const char* capacity) {
+        supply("BAT0", {{"type", "Battery"}, {"status", status}, {"capacity", capacity}});
+        warning.look();
+        return (conditions.isOnBattery() ? "battery"s : "mains"s) +
+               (warning.isCritical() ? ", almost empty" : "");
+    };
     EXPECT_FALSE(conditions.isOnBattery()); // no such folder
-    EXPECT_FALSE(isOnBattery({{"AC", mains("0")}, {"mouse", mouse}}));
-    EXPECT_TRUE(isOnBattery({{"AC", mains("0")}, {"BAT0", discharging}}));
-    EXPECT_TRUE(isOnBattery({{"AC", mains("0")}, {"BAT0", battery("Full")}})); // not noticed yet
-    EXPECT_TRUE(isOnBattery({{"BAT0", battery("Unknown")}, {"BAT1", discharging}}));
-    EXPECT_FALSE(isOnBattery({{"AC", mains("1")}, {"BAT0", discharging}})); // too weak a charger
-    EXPECT_FALSE(isOnBattery({{"AC", mains("0")}, {"BAT0", battery("Charging")}}));
-    EXPECT_FALSE(isOnBattery({{"BAT0", battery("Full")}}));
-    EXPECT_FALSE(isOnBattery(
-        {{"AC", mains("0")}, {"BAT0", battery("Full")}, {"usb", {{"type", "USB"}, {"online", "1"}}}}));
+    supply("mouse", {{"type", "Battery"}, {"scope", "Device"}, {"status", "Discharging"}, {"capacity", "1"}});
+    supply("AC", {{"type", "Mains"}, {"online", "0"}});
+    EXPECT_FALSE(conditions.isOnBattery());
+    EXPECT_TRUE(waitFor([&] { return power("Discharging", "5") == "battery, almost empty"; })) << "no UPower";
+    EXPECT_EQ(power("Discharging", "6"), "battery");
+    EXPECT_EQ(power("Discharging", "none"), "battery");
+    EXPECT_EQ(power("Full", "100"), "battery"); // not noticed yet
+    EXPECT_EQ(power("Charging", "5"), "mains");
+    supply("AC", {{"online", "1"}});
+    EXPECT_EQ(power("Discharging", "50"), "mains"); // too weak a charger
 }
 
 TEST_F(Conditions, TheKernelTellsOfTheDisplays) {
-    const Device on{{"status", "connected"}, {"enabled", "enabled"}};
-    const Device off{{"status", "connected"}, {"enabled", "disabled"}};
-    const Device unsure{{"status", "unknown"}, {"enabled", "enabled"}};
+    display("card0", "connected", "enabled");
     EXPECT_EQ(kernel.hasExternalDisplay(), std::nullopt);
-    EXPECT_EQ(hasExternalDisplay({{"card0", on}, {"renderD128", on}, {"version", on}}), std::nullopt);
-    EXPECT_EQ(hasExternalDisplay({{"card0-eDP-1", on},
-                                  {"card0-LVDS-1", on},
-                                  {"card1-DSI-1", on},
-                                  {"card1-DPI-1", on},
-                                  {"card1-Writeback-1", unsure},
-                                  {"card1-Virtual-1", on},
-                                  {"card0-DP-1", off},
-                                  {"card0-HDMI-A-1", {{"status", "disconnected"}, {"enabled", "enabled"}}}}),
-              false);
-    for (const char* name : {"card0-DP-1", "card10-HDMI-A-2", "card1-DVI-I-1"})
-        EXPECT_EQ(hasExternalDisplay({{"card0-eDP-1", on}, {name, on}}), true) << name;
-    EXPECT_EQ(hasExternalDisplay({{"card0-VGA-1", unsure}}), true);
+    display("card0-eDP-1", "connected", "enabled");
+    display("card1-Virtual-1", "connected", "enabled");
+    display("card0-DP-1", "connected", "disabled");
+    display("card0-HDMI-A-1", "disconnected", "enabled");
+    EXPECT_EQ(kernel.hasExternalDisplay(), false);
+    display("card10-HDMI-A-2", "unknown", "enabled");
+    EXPECT_EQ(kernel.hasExternalDisplay(), true);
 }
 
 TEST_F(Conditions, UPowerHasTheFirstWordAndTheKernelTheSecond) {
-    SystemMachineConditionsNotifier notifier(loop->event(), conditions, nullptr);
+    supply("BAT0", {{"type", "Battery"}, {"status", "Discharging"}});
+    SystemMachineConditionsNotifier notifier(event, conditions, nullptr);
     int told = 0;
-    notifier.observe([&] { told += 100; });
     notifier.observe([&] { ++told; });
-    std::optional<bool> word = true;
+    const auto comesTo = [&](int count, bool isOnBattery) {
+        return waitFor([&] { return told == count; }) && conditions.isOnBattery() == isOnBattery;
+    };
+    std::optional<bool> word = false;
+    std::optional<bool> latestWord; // that comes before the answer
     constexpr const char* path = "/org/freedesktop/UPower";
-    auto upower = std::make_unique<FakeService>(
-        bus, loop->event(), "org.freedesktop.UPower", path, [&](sd_bus_message* call, sd_bus_error* error) {
-            return word ? sd_bus_reply_method_return(call, "v", "b", *word ? 1 : 0)
-                        : sd_bus_error_set(error, "org.example.Broken", "No power today.");
-        });
+    std::optional<FakeService> upower;
     const auto says = [&](std::optional<bool> latest) {
         word = latest;
-        EXPECT_GE(sd_bus_emit_signal(upower->bus(), path, "org.freedesktop.DBus.Properties",
-                                     "PropertiesChanged", "sa{sv}as", "org.freedesktop.UPower", 0, 0),
-                  0);
+        sd_bus_emit_signal(upower->bus(), path, "org.freedesktop.DBus.Properties", "PropertiesChanged",
+                           "sa{sv}as", "org.freedesktop.UPower", 0, 0);
     };
-    EXPECT_TRUE(comesTo([&] { return told == 1; })); // once, and the latest alone
-    EXPECT_TRUE(conditions.isOnBattery());
-    says(false);
-    EXPECT_TRUE(comesTo([&] { return told == 2; }));
-    EXPECT_FALSE(isOnBattery({{"BAT0", discharging}}));
+    upower.emplace(bus, event, "org.freedesktop.UPower", path,
+                   [&](sd_bus_message* call, sd_bus_error* error) {
+                       const auto answer = word;
+                       if (latestWord)
+                           says(std::exchange(latestWord, std::nullopt));
+                       return answer ? sd_bus_reply_method_return(call, "v", "b", *answer ? 1 : 0)
+                                     : sd_bus_error_set(error, "org.example.Broken", "No power today.");
+                   });
+    EXPECT_TRUE(comesTo(1, false));
     says(std::nullopt);
-    EXPECT_TRUE(comesTo([&] { return told == 3; }));
-    EXPECT_TRUE(conditions.isOnBattery()); // as the kernel says
-    says(std::nullopt);
-    says(false);
-    EXPECT_TRUE(comesTo([&] { return told == 4; }));
-    EXPECT_EQ(trouble, std::vector<std::string>{"org.freedesktop.UPower does not tell its OnBattery: "
-                                                "No power today. (org.example.Broken)."});
+    EXPECT_TRUE(comesTo(2, true)); // as the kernel says
+    latestWord = false;
+    says(true);
+    EXPECT_TRUE(comesTo(4, false));
     upower.reset();
-    EXPECT_TRUE(comesTo([&] { return told == 5; }));
-    EXPECT_TRUE(conditions.isOnBattery());
+    EXPECT_TRUE(comesTo(5, true));
+    EXPECT_EQ(trouble,
+              "org.freedesktop.UPower does not tell its OnBattery: No power today. (org.example.Broken).");
 }
 
 TEST_F(Conditions, TheLoginManagerKnowsOfDisplaysThatTheKernelDoesNotShow) {
     EXPECT_TRUE(conditions.hasExternalDisplay());
-    runUntil(loop->event(), [] { return false; }, 100);
+    pass(100);
     EXPECT_TRUE(conditions.hasExternalDisplay()); // nobody knows, so nobody is warned
-    bool isDocked = false;
-    const FakeService loginManager(bus, loop->event(), "org.freedesktop.login1", "/org/freedesktop/login1",
-                                   [&](sd_bus_message* call, sd_bus_error*) {
-                                       return sd_bus_reply_method_return(call, "v", "b", isDocked ? 1 : 0);
-                                   });
-    EXPECT_TRUE(comesTo([&] { return !conditions.hasExternalDisplay(); }));
-    isDocked = true;
-    EXPECT_TRUE(comesTo([&] { return conditions.hasExternalDisplay(); }));
-    make(kernel.displays, {{"card0-eDP-1", {{"status", "connected"}, {"enabled", "enabled"}}}});
+    int isDocked = 0;
+    const FakeService docks(bus, event, "org.freedesktop.login1", "/org/freedesktop/login1",
+                            [&](sd_bus_message* call, sd_bus_error*) {
+                                return sd_bus_reply_method_return(call, "v", "b", isDocked);
+                            });
+    EXPECT_TRUE(waitFor([&] { return !conditions.hasExternalDisplay(); }));
+    isDocked = 1;
+    EXPECT_TRUE(waitFor([&] { return conditions.hasExternalDisplay(); }));
+    display("card0-eDP-1", "connected", "enabled");
     EXPECT_FALSE(conditions.hasExternalDisplay());
-    EXPECT_EQ(trouble, std::vector<std::string>());
-}
-
-bool writeTo(const char* path, const std::string& text) {
-    return (std::ofstream(path) << text).flush().good();
+    EXPECT_EQ(trouble, "");
 }
 
 /// In a network and a view of /run of its own this process can make device events.
 bool enterOwnDevices() {
-    const auto user = "0 " + std::to_string(geteuid()) + " 1";
-    const auto group = "0 " + std::to_string(getegid()) + " 1";
-    std::error_code error;
-    return unshare(CLONE_NEWUSER | CLONE_NEWNET | CLONE_NEWNS) == 0 &&
-           writeTo("/proc/self/setgroups", "deny") && writeTo("/proc/self/uid_map", user) &&
-           writeTo("/proc/self/gid_map", group) && mount("run", "/run", "tmpfs", 0, nullptr) == 0 &&
-           fs::create_directory("/run/udev", error) &&
-           writeTo("/run/udev/control", "there is a device manager");
+    const auto user = std::to_string(geteuid());
+    const auto group = std::to_string(getegid());
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNET | CLONE_NEWNS) != 0)
+        return false;
+    put("/proc/self/setgroups", "deny");
+    put("/proc/self/uid_map", user + " " + user + " 1");
+    put("/proc/self/gid_map", group + " " + group + " 1");
+    if (mount("run", "/run", "tmpfs", 0, nullptr) != 0)
+        return false;
+    put("/run/udev/control", "there is a device manager");
+    return true;
 }
 
 void sendDeviceEvent(const std::string& subsystem) {
-    const std::string path = "/devices/test/" + subsystem;
-    std::string event;
-    for (const auto& field : {"change@" + path, std::string("ACTION=change"), "DEVPATH=" + path,
-                              "SUBSYSTEM=" + subsystem, std::string("SEQNUM=1")})
-        event.append(field).push_back('\0');
+    const auto text = "change@/devices/test\0ACTION=change\0DEVPATH=/devices/test\0SEQNUM=1\0SUBSYSTEM="s +
+                      subsystem + '\0';
     sockaddr_nl listeners{};
     listeners.nl_family = AF_NETLINK;
     listeners.nl_groups = 2; // of the device manager
     const int descriptor = socket(AF_NETLINK, SOCK_RAW | SOCK_CLOEXEC, NETLINK_KOBJECT_UEVENT);
-    if (descriptor < 0)
-        return;
-    sendto(descriptor, event.data(), event.size(), 0, reinterpret_cast<const sockaddr*>(&listeners),
+    sendto(descriptor, text.data(), text.size(), 0, reinterpret_cast<const sockaddr*>(&listeners),
            sizeof listeners);
     close(descriptor);
 }
 
 TEST_F(Conditions, DeviceEventsOfSuppliesAndDisplaysAreTold) {
     constexpr int notAllowed = 77;
-    const pid_t child = fork();
-    if (child == 0) {
+    ChildProcess child(geteuid(), [this] {
         if (!enterOwnDevices())
-            _exit(notAllowed);
+            return notAllowed;
         const auto own = std::move(SdEventMainRunLoop::create().value()); // a loop is not shared
         SystemMachineConditionsNotifier notifier(own->event(), conditions, nullptr);
-        std::vector<int> told;
-        int count = 0;
-        notifier.observe([&] { count += 100; });
-        notifier.observe([&] { ++count; });
-        for (const char* subsystem : {"usb", "drm", "power_supply"}) {
+        int told = 0;
+        notifier.observe([&] { ++told; });
+        for (const char* subsystem : {"usb", "drm", "power_supply"})
             sendDeviceEvent(subsystem);
-            runUntil(own->event(), [] { return false; }, 200);
-            told.push_back(std::exchange(count, 0));
-        }
-        _exit(told == std::vector{0, 1, 1} ? 0 : 1);
-    }
-    int status = 0;
-    ASSERT_EQ(waitpid(child, &status, 0), child);
-    if (WIFEXITED(status) && WEXITSTATUS(status) == notAllowed)
+        runUntil(own->event(), [&] { return told == 2; }, 5000);
+        runUntil(own->event(), [] { return false; }, 100);
+        return told == 2 ? 0 : 1;
+    });
+    const int outcome = child.wait(10'000);
+    if (outcome == notAllowed)
         GTEST_SKIP() << "this machine allows no namespaces of one's own";
-    EXPECT_EQ(status, 0);
+    EXPECT_EQ(outcome, 0);
 }
 
 } // namespace
