@@ -9,7 +9,7 @@
 namespace wakeloft {
 namespace {
 
-struct LidAction : testing::Test, PrivateSystem {
+struct LidAction : PrivateSystem {
     ManualConditions conditions;
     int troubles = 0;
     DesktopLidAction lid{observer.get(), conditions, [this](const PlatformError&) { ++troubles; }};

@@ -9,7 +9,7 @@ namespace wakeloft {
 namespace {
 
 /// Without an xdg-open at first.
-struct Links : testing::Test, PrivateSystem {
+struct Links : PrivateSystem {
     const std::filesystem::path told = bus.directory() / "told";
     const std::string path = std::getenv("PATH");
     std::vector<std::string> failures;

@@ -16,7 +16,7 @@ constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
 
 using Texts = std::vector<std::string>;
 
-struct TrayItem : testing::Test, PrivateSystem {
+struct TrayItem : PrivateSystem {
     BusPointer hostBus = bus.connect(event);
     BusSlot listening;
     Texts signals;

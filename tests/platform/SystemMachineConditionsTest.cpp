@@ -18,7 +18,7 @@ namespace {
 
 using namespace std::string_literals;
 
-struct Conditions : testing::Test, PrivateSystem {
+struct Conditions : PrivateSystem {
     BusConnection system{event, *loop};
     KernelDevices kernel{(bus.directory() / "supplies").string(), (bus.directory() / "displays").string()};
     std::string trouble;

@@ -9,7 +9,7 @@
 namespace wakeloft {
 namespace {
 
-struct Timers : testing::Test, PrivateSystem {
+struct Timers : PrivateSystem {
     SystemDateProvider dates;
     std::string order;
 };
