@@ -17,22 +17,23 @@ class AppearancePortal {
 
     void preferDark(bool isDark) {
         isDark_ = isDark;
-        EXPECT_GE(sd_bus_emit_signal(service_.bus(), path, settings, "SettingChanged", "ssv",
-                                     "org.freedesktop.appearance", "color-scheme", "u", scheme()),
-                  0);
+        tell("org.freedesktop.appearance", "color-scheme", "u", scheme());
     }
     void animate(bool hasAnimations) {
         hasAnimations_ = hasAnimations;
-        EXPECT_GE(sd_bus_emit_signal(service_.bus(), path, settings, "SettingChanged", "ssv",
-                                     "org.gnome.desktop.interface", "enable-animations", "b",
-                                     static_cast<int>(hasAnimations)),
-                  0);
+        tell("org.gnome.desktop.interface", "enable-animations", "b",
+             static_cast<std::uint32_t>(hasAnimations));
     }
 
   private:
     static constexpr const char* path = "/org/freedesktop/portal/desktop";
     static constexpr const char* settings = "org.freedesktop.portal.Settings";
 
+    void tell(const char* space, const char* key, const char* type, std::uint32_t value) const {
+        EXPECT_GE(sd_bus_emit_signal(service_.bus(), path, settings, "SettingChanged", "ssv", space, key,
+                                     type, value),
+                  0);
+    }
     [[nodiscard]] std::uint32_t scheme() const { return isDark_ ? 1 : 2; }
 
     int answer(sd_bus_message* call, sd_bus_error* error) const {

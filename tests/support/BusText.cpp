@@ -13,16 +13,12 @@ std::string containerText(sd_bus_message* message, char type, const char* conten
         return "?";
     std::string inside = remainingText(message);
     sd_bus_message_exit_container(message);
-    switch (type) {
-    case SD_BUS_TYPE_ARRAY:
-        return "[" + inside + "]";
-    case SD_BUS_TYPE_STRUCT:
-        return "(" + inside + ")";
-    case SD_BUS_TYPE_DICT_ENTRY:
-        return "{" + inside + "}";
-    default:
+    if (type == SD_BUS_TYPE_VARIANT)
         return inside;
-    }
+    const char* brackets = type == SD_BUS_TYPE_ARRAY ? "[]" : "{}";
+    if (type == SD_BUS_TYPE_STRUCT)
+        brackets = "()";
+    return brackets[0] + inside + brackets[1];
 }
 
 template <class Value>

@@ -3,6 +3,7 @@
 #include "support/FakeService.h"
 
 #include <atomic>
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -19,12 +20,17 @@ class FakeInhibitService {
         int answersAfterMs = 0;
     };
 
-    FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners = {false, 0});
-    FakeInhibitService(const FakeInhibitService&) = delete;
-    FakeInhibitService& operator=(const FakeInhibitService&) = delete;
-    ~FakeInhibitService() = default;
-
-    static const char* nameOf(Dialect dialect);
+    FakeInhibitService(const PrivateBus& bus, Dialect dialect, Manners manners = {false, 0})
+        : isSessionManager_(dialect == Dialect::sessionManager),
+          manners_(manners),
+          thread_([this, &bus](sd_event* event) {
+              return std::make_shared<FakeService>(
+                  bus, event,
+                  isSessionManager_ ? "org.gnome.SessionManager" : "org.freedesktop.PowerManagement",
+                  isSessionManager_ ? "/org/gnome/SessionManager"
+                                    : "/org/freedesktop/PowerManagement/Inhibit",
+                  [this](sd_bus_message* call, sd_bus_error* error) { return answer(call, error); });
+          }) {}
 
     /// How many inhibitors it honours now.
     [[nodiscard]] int held() const { return held_; }
@@ -34,11 +40,40 @@ class FakeInhibitService {
     [[nodiscard]] std::string latestRequest() const { return latest_; }
 
   private:
-    static int inhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
-    static int uninhibit(sd_bus_message* message, void* userdata, sd_bus_error* error);
-    std::shared_ptr<sd_bus> serve(const PrivateBus& bus, sd_event* event);
+    static constexpr std::uint32_t cookieNumber = 7;
 
-    Dialect dialect_;
+    int answer(sd_bus_message* call, sd_bus_error* error) {
+        const char* interface =
+            isSessionManager_ ? "org.gnome.SessionManager" : "org.freedesktop.PowerManagement.Inhibit";
+        if (sd_bus_message_is_method_call(call, interface, "Inhibit") > 0)
+            return inhibit(call, error);
+        std::uint32_t cookie = 0;
+        if (sd_bus_message_is_method_call(call, interface, isSessionManager_ ? "Uninhibit" : "UnInhibit") <=
+            0)
+            return 0;
+        if (sd_bus_message_read(call, "u", &cookie) < 0 || cookie != cookieNumber)
+            return sd_bus_error_set(error, "org.example.UnknownCookie", "There is no such inhibitor.");
+        --held_;
+        return sd_bus_reply_method_return(call, nullptr);
+    }
+    int inhibit(sd_bus_message* call, sd_bus_error* error) {
+        const char* who = nullptr;
+        const char* why = nullptr;
+        std::uint32_t flags = 0;
+        const int result = isSessionManager_ ? sd_bus_message_read(call, "susu", &who, nullptr, &why, &flags)
+                                             : sd_bus_message_read(call, "ss", &who, &why);
+        if (result < 0)
+            return result;
+        std::this_thread::sleep_for(std::chrono::milliseconds(manners_.answersAfterMs));
+        if (manners_.refuses)
+            return sd_bus_error_set(error, "org.example.Refused", "Not today.");
+        latest_ = std::to_string(flags) + " " + who + ": " + why;
+        ++held_;
+        ++granted_;
+        return sd_bus_reply_method_return(call, "u", cookieNumber);
+    }
+
+    bool isSessionManager_;
     Manners manners_;
     std::atomic<int> held_ = 0;
     std::atomic<int> granted_ = 0;

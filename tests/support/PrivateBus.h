@@ -1,12 +1,12 @@
 #pragma once
 
 #include "Bus.h"
+#include "support/ChildProcess.h"
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
-
-#include <sys/types.h>
 
 namespace wakeloft {
 
@@ -19,7 +19,7 @@ class PrivateBus {
     PrivateBus(const PrivateBus&) = delete;
     PrivateBus& operator=(const PrivateBus&) = delete;
 
-    /// As in DBUS_SESSION_BUS_ADDRESS. Empty if the bus did not start.
+    /// As in DBUS_SESSION_BUS_ADDRESS.
     const std::string& address() const { return address_; }
 
     /// A directory that goes with the bus. It takes services that the bus is to start on demand, as
@@ -32,8 +32,12 @@ class PrivateBus {
   private:
     std::filesystem::path directory_;
     std::string address_;
-    pid_t daemon_ = -1;
+    std::unique_ptr<ChildProcess> daemon_;
 };
+
+/// A new connection to the bus at `address`, attached to `event`. Null after a failure, which fails the
+/// running test.
+BusPointer connectToBus(const std::string& address, sd_event* event);
 
 /// Runs the loop until `condition` holds, at most `timeoutMs`. Returns whether it came to hold.
 bool runUntil(sd_event* event, const std::function<bool()>& condition, int timeoutMs);
