@@ -1,28 +1,34 @@
 #include "system/Laptop.h"
 
 #include "lease/LidHelperService.h"
-#include "support/ChildProcess.h"
-#include "support/ListedInhibitors.h"
+#include "support/Shell.h"
+#include "support/Waiting.h"
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
-
-#include <chrono>
+#include <algorithm>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <sstream>
 
 namespace wakeloft {
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
-constexpr int patienceMs = 15'000;
+constexpr double patienceMs = 15'000;
 
-double millisecondsSince(Clock::time_point start) {
-    return std::chrono::duration<double, std::milli>(Clock::now() - start).count();
+std::string variable(const char* name) {
+    const char* value = std::getenv(name);
+    return value == nullptr ? "" : value;
+}
+
+int suspends() {
+    std::istringstream log(textOf(Laptop::file("service-manager.log")));
+    int count = 0;
+    for (std::string line; std::getline(log, line);)
+        count += line.starts_with("StartUnit suspend.target");
+    return count;
 }
 
 } // namespace
@@ -32,61 +38,68 @@ void Laptop::reconnect() {
 }
 
 std::string Laptop::file(const std::string& name) {
-    const char* folder = std::getenv("WAKELOFT_RIG_DIR");
-    return std::string(folder == nullptr ? "" : folder) + "/" + name;
+    return variable("WAKELOFT_RIG_DIR") + "/" + name;
 }
 
-bool Laptop::hasLid() {
-    return std::filesystem::is_directory(file("lid"));
+void Laptop::order(const std::string& command) {
+    // The login manager that it starts is not to hold the pipe open.
+    outputOf(WAKELOFT_RIG "/" + command + " >/dev/null");
 }
 
-void Laptop::order(std::vector<std::string> command) {
-    const std::string name = command[0];
-    command[0] = std::string(WAKELOFT_RIG) + "/" + name;
-    EXPECT_EQ(ChildProcess(command).wait(patienceMs), 0) << name;
+bool Laptop::isReal() {
+    return variable("WAKELOFT_RIG_LOGIN_MANAGER") == "real";
 }
 
-int Laptop::suspends() {
-    std::ifstream log(file("service-manager.log"));
-    int count = 0;
-    for (std::string line; std::getline(log, line);)
-        count += line.starts_with("StartUnit suspend.target");
-    return count;
+void Laptop::openLid() {
+    order("lid open");
+    EXPECT_TRUE(comesTrue([this] {
+        int isSleeping = 1;
+        sd_bus_get_property_trivial(bus_.get(), "org.freedesktop.login1", "/org/freedesktop/login1",
+                                    "org.freedesktop.login1.Manager", "PreparingForSleep", nullptr, 'b',
+                                    &isSleeping);
+        return isSleeping == 0;
+    }));
 }
 
 std::optional<double> Laptop::sleepsAfter(const std::function<void()>& event, double timeoutMs) {
     const int before = suspends();
-    const auto start = Clock::now();
+    const auto start = std::chrono::steady_clock::now();
     event();
-    do {
-        if (suspends() > before)
-            return millisecondsSince(start);
-        usleep(1000);
-    } while (millisecondsSince(start) < timeoutMs);
-    return std::nullopt;
+    const std::chrono::duration<double, std::milli> ofEvent = std::chrono::steady_clock::now() - start;
+    const auto taken = comesTrue([before] { return suspends() > before; }, timeoutMs - ofEvent.count(),
+                                 std::chrono::milliseconds(1));
+    return taken ? std::optional(ofEvent.count() + *taken) : std::nullopt;
 }
 
-void Laptop::settle() {
-    int isSleeping = 1;
-    for (const auto start = Clock::now(); isSleeping != 0 && millisecondsSince(start) < patienceMs;
-         usleep(10'000))
-        sd_bus_get_property_trivial(bus_.get(), "org.freedesktop.login1", "/org/freedesktop/login1",
-                                    "org.freedesktop.login1.Manager", "PreparingForSleep", nullptr, 'b',
-                                    &isSleeping);
-    EXPECT_EQ(isSleeping, 0);
+int Laptop::inhibitors(const std::string& what) {
+    const auto all = listedInhibitors(bus_.get());
+    const auto isMeant = [&](const ListedInhibitor& each) {
+        return each.who == "Wakeloft" && (what.empty() || (each.what == what && each.mode == "block"));
+    };
+    return all ? static_cast<int>(std::ranges::count_if(*all, isMeant)) : -1;
 }
 
-int Laptop::locks() {
-    return listedInhibitors(bus_.get(), "sleep:handle-lid-switch", "Wakeloft");
+std::optional<double> Laptop::waitFor(const std::string& what, int count) {
+    constexpr std::chrono::milliseconds noPause(0);
+    return comesTrue([&] { return inhibitors(what) == count; }, patienceMs, noPause);
 }
 
-std::optional<double> Laptop::waitForLocks(int count) {
-    const auto start = Clock::now();
-    do {
-        if (locks() == count)
-            return millisecondsSince(start);
-    } while (millisecondsSince(start) < patienceMs);
-    return std::nullopt;
+Laptop::Lasting Laptop::lasting(const char* what, const std::string& kind, int rounds,
+                                const std::function<void()>& hold, const std::function<void()>& end) {
+    std::vector<double> times;
+    for (int round = 0; round < rounds && (round == 0 || !testing::Test::HasFailure()); ++round) {
+        hold();
+        EXPECT_TRUE(waitFor(kind, 1)) << "round " << round;
+        end();
+        const auto gone = waitFor(kind, 0);
+        EXPECT_TRUE(gone) << "round " << round;
+        times.push_back(gone.value_or(patienceMs));
+    }
+    std::ranges::sort(times);
+    const Lasting lasting = {times[times.size() / 2], times.back()};
+    std::printf("%s killed %zu times: released after %.2f ms (median), %.2f ms (worst)\n", what, times.size(),
+                lasting.median, lasting.worst);
+    return lasting;
 }
 
 pid_t Laptop::helper() {

@@ -2,7 +2,6 @@
 
 #include "SdEventMainRunLoop.h"
 #include "support/ChildProcess.h"
-#include "support/ListedInhibitors.h"
 #include "support/PrivateBus.h"
 
 #include <filesystem>
@@ -12,27 +11,6 @@
 #include <vector>
 
 namespace wakeloft {
-
-/// The login manager on the system bus that the tests were given.
-class LoginManager {
-  public:
-    explicit LoginManager(sd_event* event);
-
-    /// Wakeloft's inhibitors, all of them. A list that cannot be read fails the running test.
-    [[nodiscard]] std::vector<ListedInhibitor> wakeloftInhibitors();
-    [[nodiscard]] int count() { return static_cast<int>(wakeloftInhibitors().size()); }
-    /// Looks without a pause until the count is right: the milliseconds that it took, or nothing after
-    /// `timeoutMs`.
-    std::optional<double> waitForCount(int count, int timeoutMs);
-
-    /// "stop", "start", "restart" or "kill" it, as the rig does.
-    static void control(const std::string& order);
-    static bool isReal();
-
-  private:
-    sd_event* event_;
-    BusPointer bus_;
-};
 
 /// A person's home, session bus and settings, and the real program in it.
 class RunningApp {
@@ -58,17 +36,14 @@ class RunningApp {
     std::string act(const std::string& action, std::optional<double> argument = {});
     /// What the tray item says to a screen reader.
     [[nodiscard]] std::string trayTitle();
-    /// The id of a line of the tray item's menu, 0 where there is none.
-    [[nodiscard]] std::int32_t trayMenuLine(const std::string& label);
-    /// Chooses a line of the tray item's menu, as a host does. False where the item refuses.
-    bool chooseTrayMenuLine(std::int32_t id);
-    /// The program has said `text`, or says it within five seconds.
+    /// It says so, or soon does.
+    [[nodiscard]] bool showsTitle(const std::string& title);
+    /// The program has said `text`, or soon does.
     [[nodiscard]] bool says(const std::string& text) const;
     [[nodiscard]] std::string output() const;
 
     [[nodiscard]] std::filesystem::path settings() const { return home_ / "config/wakeloft/settings.json"; }
     void putSettings(const std::string& values) const;
-    [[nodiscard]] std::string settingsText() const;
 
     [[nodiscard]] sd_event* event() const { return loop_->event(); }
     void endSessionBus() { bus_.reset(); }

@@ -1,14 +1,15 @@
+#include "support/Shell.h"
+#include "system/Laptop.h"
 #include "system/RunningApp.h"
 
 #include <gtest/gtest.h>
 
-#include <unistd.h>
+#include <sys/mount.h>
 
-#include <algorithm>
+#include <cerrno>
 #include <csignal>
-#include <cstdio>
-#include <ctime>
-#include <vector>
+#include <cstring>
+#include <fstream>
 
 namespace wakeloft {
 namespace {
@@ -19,31 +20,21 @@ constexpr const char* isRequested = "\"com.wakeloft.isAwakeRequested\": true";
 
 struct Session : testing::Test {
     RunningApp app;
-    LoginManager loginManager{app.event()};
+    Laptop laptop;
 
     void startReady() {
         app.start();
         ASSERT_TRUE(app.isReady()) << app.output();
     }
-    void expectTrayTitle(const std::string& title) {
-        for (int look = 0; look < patienceMs && app.trayTitle() != title; ++look)
-            usleep(1000);
-        EXPECT_EQ(app.trayTitle(), title);
-    }
     void expectHeldOnce() {
-        ASSERT_TRUE(loginManager.waitForCount(1, patienceMs)) << app.output();
-        const auto inhibitor = loginManager.wakeloftInhibitors().at(0);
-        EXPECT_EQ(inhibitor.what, "idle");
-        EXPECT_EQ(inhibitor.why, "Wakeloft is keeping this computer awake");
-        EXPECT_EQ(inhibitor.mode, "block");
-        EXPECT_EQ(inhibitor.user, getuid());
-        EXPECT_EQ(inhibitor.process, static_cast<std::uint32_t>(app.process().pid()));
+        ASSERT_TRUE(laptop.waitForSessions(1)) << app.output();
+        EXPECT_EQ(laptop.inhibitors(), 1);
     }
 };
 
 TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
     startReady();
-    EXPECT_EQ(loginManager.count(), 0);
+    EXPECT_EQ(laptop.inhibitors(), 0);
     EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
     EXPECT_EQ(app.act("turn-on"), "");
     expectHeldOnce();
@@ -52,7 +43,7 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
     EXPECT_EQ(app.trayTitle(), "Wakeloft: on, timer running");
     expectHeldOnce();
     EXPECT_EQ(app.act("turn-off"), "");
-    const auto gone = loginManager.waitForCount(0, patienceMs);
+    const auto gone = laptop.waitForSessions(0);
     ASSERT_TRUE(gone);
     EXPECT_LE(*gone, promptMs);
     EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
@@ -60,122 +51,107 @@ TEST_F(Session, HoldsExactlyOneInhibitorWhileOnAndLetsGoAtOnce) {
         EXPECT_NE(app.act("start-session", rubbish), "");
     EXPECT_NE(app.act("start-session"), "");
     EXPECT_NE(app.act("reboot"), "");
-    EXPECT_EQ(loginManager.count(), 0);
-}
-
-TEST_F(Session, TheTrayMenuDoesWhatItsLinesSay) {
-    startReady();
-    const auto turnOn = app.trayMenuLine("Turn On");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake for 1 hour")));
-    expectHeldOnce();
-    expectTrayTitle("Wakeloft: on, timer running");
-    const auto turnOff = app.trayMenuLine("Turn Off");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Stay awake without a timer")));
-    expectTrayTitle("Wakeloft: on");
-    EXPECT_TRUE(app.chooseTrayMenuLine(turnOff));
-    expectTrayTitle("Wakeloft: off");
-    EXPECT_FALSE(app.chooseTrayMenuLine(turnOff)); // a late click on a line that is gone
-    EXPECT_TRUE(app.chooseTrayMenuLine(turnOn));
-    expectTrayTitle("Wakeloft: on");
-    EXPECT_TRUE(app.chooseTrayMenuLine(turnOff));
-    expectTrayTitle("Wakeloft: off");
-    EXPECT_TRUE(app.chooseTrayMenuLine(app.trayMenuLine("Quit Wakeloft"))); // nothing to ask
-    EXPECT_EQ(app.process().wait(patienceMs), 0);
-    EXPECT_EQ(loginManager.count(), 0);
+    EXPECT_EQ(laptop.inhibitors(), 0);
 }
 
 TEST_F(Session, NothingStaysAfterAHundredKills) {
     app.putSettings(isRequested);
-    std::vector<double> times;
-    for (int round = 0; round < 100; ++round) {
-        app.start();
-        ASSERT_TRUE(loginManager.waitForCount(1, patienceMs)) << "round " << round << ": " << app.output();
-        app.process().signal(SIGKILL);
-        const auto gone = loginManager.waitForCount(0, patienceMs);
-        ASSERT_TRUE(gone) << "round " << round;
-        times.push_back(*gone);
-    }
-    std::ranges::sort(times);
-    const double median = times[times.size() / 2];
-    std::printf("100 kills: released after %.1f ms (median), %.1f ms (worst)\n", median, times.back());
-    EXPECT_LE(median, promptMs);
-    EXPECT_LE(times.back(), 10 * promptMs); // a busy machine makes one of them wait
-}
-
-TEST_F(Session, ARequestSurvivesARestartAndALapsedOneIsCleanedAway) {
-    startReady();
-    EXPECT_EQ(app.act("start-session", 1800), "");
-    expectHeldOnce();
-    app.stop();
-    EXPECT_EQ(loginManager.count(), 0);
-    EXPECT_NE(app.settingsText().find(isRequested), std::string::npos);
-    startReady();
-    expectHeldOnce();
-    EXPECT_EQ(app.trayTitle(), "Wakeloft: on, timer running");
-    app.stop();
-
-    app.putSettings(std::string(isRequested) +
-                    ", \"com.wakeloft.awakeUntil\": " + std::to_string(time(nullptr) - 1));
-    startReady();
-    EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
-    EXPECT_EQ(loginManager.count(), 0);
-    app.stop();
-    EXPECT_EQ(app.settingsText().find("isAwakeRequested"), std::string::npos) << app.settingsText();
-}
-
-TEST_F(Session, GarbledDeadlinesNeverStartASession) {
-    for (const char* garbled : {"true", "\"soon\"", "{\"date\": 4e9}", "{\"number\": \"infinity\"}",
-                                "{\"number\": \"nan\"}", "64092211201", "[1]"}) {
-        SCOPED_TRACE(garbled);
-        app.putSettings(std::string(isRequested) + ", \"com.wakeloft.awakeUntil\": " + garbled);
-        startReady();
-        EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
-        EXPECT_EQ(loginManager.count(), 0);
-        app.stop();
-        EXPECT_EQ(app.settingsText().find("isAwakeRequested"), std::string::npos);
-    }
-    app.putSettings(std::string(isRequested) + ", \"com.wakeloft.awakeUntil\": 64092211200");
-    startReady(); // the last deadline that can be kept
-    EXPECT_EQ(app.trayTitle(), "Wakeloft: on, timer running");
-}
-
-TEST_F(Session, EndsByItself) {
-    startReady();
-    EXPECT_EQ(app.act("start-session", 1.5), "");
-    expectHeldOnce();
-    const auto gone = loginManager.waitForCount(0, patienceMs);
-    ASSERT_TRUE(gone);
-    EXPECT_NEAR(*gone, 1500, 300);
-    EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
+    const auto lasting = laptop.lasting(
+        "a session", Laptop::session, 100, [this] { app.start(); },
+        [this] { app.process().signal(SIGKILL); });
+    EXPECT_LE(lasting.median, promptMs);
+    EXPECT_LE(lasting.worst, 10 * promptMs); // a busy machine makes one of them wait
 }
 
 TEST_F(Session, IsRightAgainAfterTheLoginManagerWasRestarted) {
     startReady();
     EXPECT_EQ(app.act("turn-on"), "");
     expectHeldOnce();
-    for (const char* order : {"restart", "kill"}) {
+    for (const std::string order : {"restart", "kill"}) {
         SCOPED_TRACE(order);
-        LoginManager::control(order);
-        if (std::string(order) == "kill") {
-            expectTrayTitle("Wakeloft: off"); // nobody honours the inhibitor now
-            LoginManager::control("start");
+        Laptop::order("control-login-manager " + order);
+        if (order == "kill") {
+            EXPECT_TRUE(app.showsTitle("Wakeloft: off")); // nobody honours the inhibitor now
+            Laptop::order("control-login-manager start");
         }
-        expectTrayTitle("Wakeloft: on");
+        EXPECT_TRUE(app.showsTitle("Wakeloft: on"));
         expectHeldOnce();
     }
     EXPECT_EQ(app.act("turn-off"), "");
-    EXPECT_TRUE(loginManager.waitForCount(0, patienceMs));
+    EXPECT_TRUE(laptop.waitForSessions(0));
 }
 
-TEST_F(Session, IsThereOnceAndEndsCleanly) {
+TEST_F(Session, IsThereOnceEndsWithTheDesktopAndComesBack) {
     startReady();
     EXPECT_EQ(app.startAgain(), 0);
     EXPECT_EQ(app.process().wait(0), -1);
-    EXPECT_EQ(app.act("turn-on"), "");
+    EXPECT_EQ(app.act("start-session", 1800), "");
+    app.stop();
+    EXPECT_EQ(laptop.inhibitors(), 0);
+    startReady();
+    expectHeldOnce();
+    EXPECT_EQ(app.trayTitle(), "Wakeloft: on, timer running");
     app.endSessionBus();
     EXPECT_EQ(app.process().wait(patienceMs), 0) << app.output();
-    EXPECT_EQ(loginManager.count(), 0);
-    EXPECT_NE(app.settingsText().find(isRequested), std::string::npos);
+    EXPECT_EQ(laptop.inhibitors(), 0);
+    EXPECT_NE(textOf(app.settings()).find(isRequested), std::string::npos);
+}
+
+TEST_F(Session, WithoutASystemBusIsNeverASilentOn) {
+    app.start({"DBUS_SYSTEM_BUS_ADDRESS=unix:path=/nonexistent/bus"});
+    ASSERT_TRUE(app.isReady()) << app.output();
+    EXPECT_TRUE(app.says("The system bus cannot be reached: No such file or directory."));
+    EXPECT_EQ(app.act("turn-on"), "");
+    EXPECT_EQ(app.trayTitle(), "Wakeloft: off");
+    app.stop();
+    startReady();
+    EXPECT_EQ(app.trayTitle(), "Wakeloft: on"); // the wish is kept, and comes true where it can
+}
+
+TEST_F(Session, WithoutASessionBusStillWorks) {
+    app.putSettings(isRequested);
+    app.start({"DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent/bus"});
+    EXPECT_TRUE(app.says("The session bus cannot be reached: No such file or directory."));
+    EXPECT_TRUE(laptop.waitForSessions(1));
+    app.stop();
+    EXPECT_EQ(laptop.inhibitors(), 0);
+}
+
+TEST_F(Session, WithoutADisplayOrATrayIsTold) {
+    app.start({"QT_QPA_PLATFORM=", "DISPLAY=", "WAYLAND_DISPLAY="});
+    EXPECT_EQ(app.process().wait(patienceMs), 1);
+    EXPECT_TRUE(app.says("There is no display"));
+    app.start();
+    EXPECT_TRUE(app.says("This desktop shows no tray"));
+}
+
+TEST_F(Session, DamagedSettingsAreKeptAsideAndToldOnce) {
+    app.putSettings("\"");
+    startReady();
+    EXPECT_TRUE(app.says("Your settings could not be read (it is damaged)"));
+    EXPECT_TRUE(std::filesystem::exists(app.settings().string() + ".kept-1"));
+    EXPECT_EQ(app.act("turn-on"), "");
+    app.stop();
+    startReady();
+    EXPECT_EQ(app.trayTitle(), "Wakeloft: on");
+    EXPECT_EQ(app.output().find("could not be read"), std::string::npos); // told once
+}
+
+TEST_F(Session, AFullDiskIsToldAndTheSessionHeldAllTheSame) {
+    const auto config = app.home() / "config";
+    std::filesystem::create_directory(config);
+    if (mount("none", config.c_str(), "tmpfs", 0, "size=16k,nr_inodes=8") < 0)
+        GTEST_SKIP() << "a small disk cannot be mounted here: " << strerror(errno);
+    std::filesystem::create_directory(config / "wakeloft");
+    std::ofstream(config / "filler") << std::string(65'536, 'x');
+    startReady();
+    EXPECT_EQ(app.act("turn-on"), "");
+    expectHeldOnce();
+    EXPECT_TRUE(app.says("settings.json: No space left on device.")) << app.output();
+    std::filesystem::remove(config / "filler");
+    app.stop(); // saved after all
+    EXPECT_NE(textOf(app.settings()).find(isRequested), std::string::npos);
+    umount2(config.c_str(), MNT_DETACH);
 }
 
 } // namespace

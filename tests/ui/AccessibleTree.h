@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Bus.h"
+#include "support/AskBus.h"
 
 #include <cstdint>
 #include <functional>
@@ -15,9 +15,6 @@ namespace wakeloft {
 /// A place on the screen, in its pixels.
 struct ScreenArea {
     int x = 0, y = 0, width = 0, height = 0;
-    [[nodiscard]] bool contains(int pointX, int pointY) const {
-        return pointX >= x && pointX < x + width && pointY >= y && pointY < y + height;
-    }
 };
 
 /// What a screen reader learns of a program: its elements over the accessibility bus. Every question waits
@@ -29,12 +26,11 @@ class AccessibleTree {
 
     struct Element {
         std::string path; ///< the same as long as the element lives
-        std::string role, name;
+        std::string name;
     };
 
     /// Starts the accessibility bus of the session where it is not there yet. A failure fails the test.
     explicit AccessibleTree(sd_event* event);
-
     AccessibleTree(const AccessibleTree&) = delete;
     AccessibleTree& operator=(const AccessibleTree&) = delete;
     ~AccessibleTree() = default;
@@ -42,26 +38,32 @@ class AccessibleTree {
     /// From now on tells of the program with this process. False while it is not on the bus.
     bool follow(pid_t process);
 
-    /// What shows, each element before those inside it.
-    [[nodiscard]] std::vector<Element> elements();
-    /// The first that shows; any role where none is given.
-    [[nodiscard]] std::optional<Element> find(const std::string& name, const std::string& role = "");
+    /// The first that shows and is wanted, each element before those inside it.
+    [[nodiscard]] std::optional<Element> find(const std::function<bool(const Element&)>& isWanted);
+    [[nodiscard]] std::optional<Element> find(const std::string& name) {
+        return find([&](const Element& each) { return each.name == name; });
+    }
 
     [[nodiscard]] bool is(const Element& element, State state) const;
-    [[nodiscard]] std::string description(const Element& element) const;
     [[nodiscard]] ScreenArea area(const Element& element) const;
     /// Does the element's first action, as a screen reader does for its user.
     bool press(const Element& element) const;
 
   private:
+    struct Reference {
+        std::string bus, path;
+    };
+    /// Calls a method of an element.
+    template <class... Arguments>
+    BusMessage ask(const std::string& path, const char* interface, const char* method,
+                   Arguments... arguments) const {
+        return askBus(bus_.get(), program_.c_str(), path.c_str(), interface, method, arguments...).reply;
+    }
+    [[nodiscard]] std::vector<Reference> children(const std::string& path) const;
     [[nodiscard]] std::vector<std::string> windows();
     void noteShowing(sd_bus_message* event);
-    [[nodiscard]] BusMessage ask(const std::string& path, const char* interface, const char* method) const;
-    [[nodiscard]] std::string text(const Element& element, const char* property) const;
-    [[nodiscard]] std::uint64_t states(const std::string& path) const;
-    [[nodiscard]] std::string parent(const std::string& path) const;
-    /// Visits what shows from `path` on, depth first, until `visit` says stop by true.
-    bool walk(const std::string& path, const std::function<bool(const Element&)>& visit) const;
+    std::optional<Element> findFrom(const std::string& path,
+                                    const std::function<bool(const Element&)>& isWanted) const;
 
     BusPointer bus_;
     BusSlot events_;

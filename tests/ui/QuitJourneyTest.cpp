@@ -5,9 +5,6 @@
 namespace wakeloft {
 namespace {
 
-constexpr int promptMs = 2000;
-constexpr int patienceMs = 10'000;
-
 struct QuitJourney : PanelJourney {
     void quitByMenu() {
         if (!isPanelOpen())
@@ -16,61 +13,49 @@ struct QuitJourney : PanelJourney {
     }
     void expectEnd() {
         EXPECT_EQ(app.process().wait(patienceMs), 0) << app.output();
-        EXPECT_EQ(loginManager.count(), 0);
+        EXPECT_EQ(laptop.inhibitors(), 0);
         EXPECT_TRUE(comesTrue([] { return !screen::trayIcons(); }));
     }
 };
 
-TEST_F(QuitJourney, NothingIsAskedWithoutASession) {
-    startApp();
-    quitByMenu();
-    expectEnd();
-}
-
 TEST_F(QuitJourney, ASessionIsAskedAboutFirst) {
+    const char* question = "Quit and stop awake mode?";
     startApp();
-    openPanel();
     click("Turn On");
-    ASSERT_TRUE(sessionsAre(1));
-    for (const char* refusal : {"Escape", "Tab Return"}) {
+    ASSERT_TRUE(laptop.waitForSessions(1));
+    for (const char* answer : {"Escape", "Tab Return", "Return"}) {
         quitByMenu();
-        ASSERT_TRUE(shows("Quit and stop awake mode?"));
+        ASSERT_TRUE(shows(question));
         EXPECT_TRUE(
             shows("Your computer can fall asleep on its own again. Awake mode turns back on the next time "
                   "you open Wakeloft."));
-        EXPECT_TRUE(is("Quit", AccessibleTree::focused));
-        screen::type(refusal);
-        EXPECT_TRUE(isGone("Quit and stop awake mode?")) << refusal;
-        EXPECT_EQ(app.process().wait(0), -1);
-        EXPECT_TRUE(sessionsAre(1));
+        EXPECT_TRUE(is("Quit", State::focused));
+        EXPECT_EQ(laptop.sessions(), 1);
+        screen::type(answer);
+        EXPECT_TRUE(isGone(question)) << answer;
     }
-    quitByMenu();
-    ASSERT_TRUE(shows("Quit and stop awake mode?"));
-    screen::type("Return");
     expectEnd();
 }
 
-TEST_F(QuitJourney, DeepwakeIsAskedAboutInItsOwnWordsAndGivenBack) {
-    ASSERT_NO_FATAL_FAILURE(startDeepwake());
-    quitByMenu();
-    ASSERT_TRUE(shows("Quit and end Deepwake?"));
-    click("Cancel");
-    EXPECT_TRUE(isGone("Quit and end Deepwake?"));
-    EXPECT_EQ(laptop.locks(), 1);
-    quitByMenu();
-    click("Quit and end Deepwake");
-    expectEnd();
-}
-
-TEST_F(QuitJourney, TheEndOfTheSystemsSessionAsksNothingAndGivesDeepwakeBack) {
-    for (const bool isAskingAlready : {false, true}) {
-        ASSERT_NO_FATAL_FAILURE(startDeepwake());
-        if (isAskingAlready) {
-            quitByMenu();
-            ASSERT_TRUE(shows("Quit and end Deepwake?"));
-        }
-        app.process().signal(SIGTERM);
-        EXPECT_EQ(app.process().wait(promptMs), 0) << app.output();
+TEST_F(QuitJourney, DeepwakeIsAskedAboutInItsOwnWordsAndGivenBackAlsoUnasked) {
+    const char* question = "Quit and end Deepwake?";
+    for (const bool doesTheSystemsSessionEnd : {false, true}) {
+        app.putSettings(isWarned);
+        startApp();
+        click("Deepwake");
+        ASSERT_TRUE(laptop.waitForLocks(1)) << app.output();
+        ASSERT_TRUE(is("Deepwake", State::checked));
+        quitByMenu();
+        ASSERT_TRUE(shows(question));
+        click("Cancel");
+        EXPECT_TRUE(isGone(question));
+        EXPECT_EQ(laptop.locks(), 1);
+        quitByMenu();
+        ASSERT_TRUE(shows(question));
+        if (doesTheSystemsSessionEnd)
+            app.process().signal(SIGTERM);
+        else
+            click("Quit and end Deepwake");
         expectEnd();
     }
 }

@@ -1,35 +1,53 @@
 #pragma once
 
+#include "support/Shell.h"
 #include "ui/AccessibleTree.h"
 
+#include <cstdio>
 #include <optional>
 #include <string>
 
-namespace wakeloft {
-
-/// Looks until `condition` holds, at most `timeoutMs`. Returns whether it came to hold.
-bool comesTrue(const std::function<bool()>& condition, int timeoutMs = 10'000);
-
 /// The pointer, the keyboard and the picture of the display that the tests were given, through the X server.
-namespace screen {
+namespace wakeloft::screen {
 
-/// There is a display, and a panel that shows the tray's icons on it.
-bool hasTray();
 /// Where the tray's icons are, a visible window of this class; nothing while there is none.
-std::optional<ScreenArea> trayIcons(const std::string& windowClass = "wrapper-2.0");
+inline std::optional<ScreenArea> trayIcons(const std::string& windowClass = "wrapper-2.0") {
+    constexpr int oneIcon = 22; // less is the bare tray
+    const auto said = outputOf(
+        "xdotool search --onlyvisible --class '^" + windowClass + "$' getwindowgeometry --shell", true);
+    const auto begin = said.rfind("X=");
+    ScreenArea area;
+    if (begin == std::string::npos || std::sscanf(said.c_str() + begin, "X=%d Y=%d WIDTH=%d HEIGHT=%d",
+                                                  &area.x, &area.y, &area.width, &area.height) != 4)
+        return std::nullopt;
+    return area.width >= oneIcon ? std::optional(area) : std::nullopt;
+}
 
-void movePointer(int x, int y);
-void click(int x, int y);
-void click(const ScreenArea& area);
-void rightClick(const ScreenArea& area);
+inline void movePointer(int x, int y) {
+    outputOf("xdotool mousemove " + std::to_string(x) + " " + std::to_string(y));
+}
+
+/// In the area's middle; the right button is 3.
+inline void click(const ScreenArea& area, int button = 1) {
+    movePointer(area.x + area.width / 2, area.y + area.height / 2);
+    outputOf("xdotool sleep 0.03 click " + std::to_string(button));
+}
+
 /// Keys as xdotool names them, one after the other: "Tab Return".
-void type(const std::string& keys);
+inline void type(const std::string& keys) {
+    outputOf("xdotool key " + keys);
+}
 
 /// Every pixel's colours in a row.
-std::string pixels(const ScreenArea& area);
-/// Saves the screen, or an area of it, as a PNG.
-void save(const std::string& path, const std::optional<ScreenArea>& area = {});
+inline std::string pixels(const ScreenArea& area) {
+    const auto size = std::to_string(area.width) + "x" + std::to_string(area.height);
+    const auto place = "+" + std::to_string(area.x) + "+" + std::to_string(area.y);
+    return outputOf("import -silent -window root -crop " + size + place + " +repage rgb:-");
+}
 
-} // namespace screen
+/// Saves the screen as a PNG.
+inline void save(const std::string& path) {
+    outputOf("import -silent -window root '" + path + "'");
+}
 
-} // namespace wakeloft
+} // namespace wakeloft::screen
