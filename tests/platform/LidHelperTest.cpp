@@ -159,6 +159,11 @@ TEST_F(LidHelperBehaviour, ALoginManagerThatHangsHoldsNobodyUp) {
     EXPECT_LE(wallClock() - start, LidSleepLease::readTimeout + slack);
     loginManager->signal(SIGCONT);
     EXPECT_EQ(client.renew(), "");
+    loginManager.reset();
+    startLoginManager(); // which knows of no lock: that is noticed without a request
+    EXPECT_TRUE(waitFor([this] { return log().find("lease ended: ") != std::string::npos; }));
+    EXPECT_TRUE(client.renew().starts_with("The sleep setting was turned off by something other"));
+    EXPECT_EQ(client.renew(), "");
     loginManager->signal(SIGKILL);
     EXPECT_EQ(end(SIGTERM), 0); // nobody honours what was held
 }
