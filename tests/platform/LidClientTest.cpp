@@ -41,13 +41,12 @@ struct LidClient : PrivateSystem {
     bool isAnswered(const std::optional<Error>& outcome) {
         return waitFor([&] { return answer.has_value(); }) && *answer == outcome;
     }
-    bool wasTold(const char* text) const { return trouble.find(text) != std::string::npos; }
 };
 
 TEST_F(LidClient, WhatTheHelperSaysIsTheOutcome) {
     renew();
     EXPECT_TRUE(isAnswered(unavailable));
-    EXPECT_TRUE(wasTold("org.freedesktop.DBus.Error.ServiceUnknown")) << trouble;
+    EXPECT_NE(trouble.find("org.freedesktop.DBus.Error.ServiceUnknown"), std::string::npos) << trouble;
     std::string client;
     std::string request;
     std::function<int(sd_bus_message*, sd_bus_error*)> reply;
@@ -59,13 +58,10 @@ TEST_F(LidClient, WhatTheHelperSaysIsTheOutcome) {
                              });
     reply = [](auto* call, auto*) { return sd_bus_reply_method_return(call, "u", 7U); };
     renew();
-    EXPECT_TRUE(isAnswered(unavailable));
-    EXPECT_TRUE(wasTold("answer cannot be read"));
-    for (const std::string text : {"", "Not you."}) {
-        reply = [&](auto*, auto* error) { return sd_bus_error_set(error, "org.example.Mood", text.c_str()); };
-        renew();
-        EXPECT_TRUE(isAnswered(refused(text.empty() ? "The lid helper refused (org.example.Mood)." : text)));
-    }
+    EXPECT_TRUE(isAnswered(unavailable)); // what cannot be read grants nothing
+    reply = [](auto*, auto* error) { return sd_bus_error_set(error, "org.example.Mood", "Not you."); };
+    renew();
+    EXPECT_TRUE(isAnswered(refused("Not you.")));
     for (const std::string reason : {"No.", ""}) {
         suspends = reason.empty();
         reply = [&](auto* call, auto*) { return sd_bus_reply_method_return(call, "s", reason.c_str()); };

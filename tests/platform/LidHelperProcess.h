@@ -48,18 +48,17 @@ struct LidHelperProcess : PrivateSystem {
         std::ifstream stream(logFile);
         return {std::istreambuf_iterator<char>(stream), {}};
     }
-    /// The number behind `name` in a file that the kernel keeps about the process.
-    long figure(const std::string& name, const char* file) const {
-        std::ifstream lines("/proc/" + std::to_string(helper->pid()) + "/" + file);
+    /// Its own memory, in KiB.
+    long memory() const {
+        const std::string name = "Private_Dirty:";
+        std::ifstream lines("/proc/" + std::to_string(helper->pid()) + "/smaps_rollup");
         std::string line;
         while (std::getline(lines, line))
-            if (line.starts_with(name + ":"))
-                return std::atol(line.c_str() + name.size() + 1);
-        ADD_FAILURE() << "no figure " << name;
+            if (line.starts_with(name))
+                return std::atol(line.c_str() + name.size());
+        ADD_FAILURE() << "no " << name;
         return -1;
     }
-    /// Its own memory, in KiB.
-    long memory() const { return figure("Private_Dirty", "smaps_rollup"); }
 
     int checkAuthorization(sd_bus_message* call) {
         ++asked;

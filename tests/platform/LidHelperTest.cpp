@@ -16,18 +16,6 @@ struct LidHelperBehaviour : LidHelperProcess {
     const LeaseHolder other;
 };
 
-TEST_F(LidHelperBehaviour, AtRestNothingWakesIt) {
-    const auto waits = [this] { return figure("voluntary_ctxt_switches", "status"); };
-    ASSERT_EQ(client.renew(1.5), "");
-    ASSERT_EQ(client.revoke(), "");
-    pass(300);
-    const long before = waits();
-    pass(2000); // beyond what was to be the lease's end
-    EXPECT_EQ(waits(), before);
-    EXPECT_EQ(client.renew(), "");
-    EXPECT_GT(waits(), before); // it does count
-}
-
 TEST_F(LidHelperBehaviour, PolkitDecidesOnceAboutEachClient) {
     opinion = Opinion::no;
     EXPECT_EQ(client.renew(), accessDenied);

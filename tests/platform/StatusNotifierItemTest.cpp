@@ -59,7 +59,7 @@ struct TrayItem : PrivateSystem {
     /// What is told until nothing more comes.
     Texts told(std::size_t count) {
         waitFor([&] { return events.size() >= count; });
-        pass(count > 0 ? 50 : 500);
+        pass(50);
         return std::exchange(events, {});
     }
     /// Calls the item as a host does; the text of the answer, or the error's name.
@@ -125,9 +125,6 @@ TEST_F(TrayItem, AnswersForItsMenu) {
                                                    R"((3 [{"label" "Quit"} {"enabled" 0}] [])]))");
     EXPECT_EQ(menu("GetGroupProperties", "aias", 3, 3, 44, 0, 1, "label"),
               R"([(3 [{"label" "Quit"}]) (0 [])])");
-    EXPECT_EQ(menu("GetGroupProperties", "aias", 0, 1, "type"),
-              R"([(0 []) (7 []) (9 [{"type" "separator"}]) (3 [])])");
-    EXPECT_EQ(menu("AboutToShowGroup", "ai", 2, 0, 44), "[] [44]");
     for (const auto& answer : {menu("GetLayout", "iias", 44, -1, 0), clickTwice(44, 45),
                                menu("GetProperty", "is", 7, "colour"), menu("Event", "s", "clicked")})
         EXPECT_EQ(answer, "org.freedesktop.DBus.Error.InvalidArgs");
@@ -155,19 +152,17 @@ TEST_F(TrayItem, TellsPressesAndClicksAndMayChangeOrEndThere) {
     EXPECT_EQ(signals, Texts{R"(NewStatus "Passive")"});
 }
 
-TEST_F(TrayItem, IsHostedWhileAWatcherThatAcceptedItHasAHost) {
+TEST_F(TrayItem, IsHostedWhileAWatcherHasAHost) {
     const Texts hosted{"hosted"};
     const Texts notHosted{"not hosted"};
-    bool isRefusing = false;
     int hasHost = 1;
     std::optional<FakeService> watcher;
     const auto startWatcher = [&] {
-        watcher.emplace(bus, event, watcherName, watcherPath, [&](auto* call, auto* error) {
+        watcher.emplace(bus, event, watcherName, watcherPath, [&](auto* call, auto*) {
             if (sd_bus_message_is_method_call(call, nullptr, "Get") > 0)
                 return sd_bus_reply_method_return(call, "v", "b", hasHost);
             EXPECT_EQ(bodyText(call), "\"/StatusNotifierItem\"");
-            return isRefusing ? sd_bus_error_set(error, "com.example.Full", "The tray is full")
-                              : sd_bus_reply_method_return(call, nullptr);
+            return sd_bus_reply_method_return(call, nullptr);
         });
     };
     const auto setHost = [&](int isThere, const char* change) {
@@ -182,11 +177,8 @@ TEST_F(TrayItem, IsHostedWhileAWatcherThatAcceptedItHasAHost) {
     EXPECT_EQ(told(1), hosted);
     watcher.reset();
     EXPECT_EQ(told(1), notHosted);
-    isRefusing = true;
     startWatcher();
-    EXPECT_EQ(told(1), Texts{"The tray refused the icon: The tray is full (com.example.Full)."});
-    setHost(1, "StatusNotifierHostRegistered"); // which shows what the watcher accepted
-    EXPECT_EQ(told(0), Texts());
+    EXPECT_EQ(told(1), hosted);
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "XdgAutostartLoginItem.h"
-#include "ProgramLocation.h"
 #include "support/Files.h"
 
 #include <gtest/gtest.h>
@@ -15,9 +14,8 @@ struct Autostart : testing::Test, TemporaryFolder {
     const fs::path shared = folder / "etc/autostart/org.example.App.desktop";
     XdgAutostartLoginItem item = make("/usr/bin/Wakeloft");
 
-    [[nodiscard]] XdgAutostartLoginItem make(const fs::path& program,
-                                             const std::string& obstacle = "") const {
-        return XdgAutostartLoginItem({entry, {folder / "none", shared}, program, {"/usr"}, obstacle});
+    [[nodiscard]] XdgAutostartLoginItem make(const fs::path& program) const {
+        return XdgAutostartLoginItem({entry, {folder / "none", shared}, program, {"/usr"}, ""});
     }
     [[nodiscard]] State stateOf(const std::string& text) const {
         put(entry, text);
@@ -87,28 +85,6 @@ TEST_F(Autostart, AFailureIsASentence) {
     fs::remove_all(entry);
     for (const char* program : {"/opt/100%/Wakeloft", "/opt/back\\slash/Wakeloft", ""})
         EXPECT_TRUE(messageOf(make(program).registerItem()).starts_with("Desktops cannot open")) << program;
-    EXPECT_EQ(messageOf(make("/usr/bin/Wakeloft", "In a box.").registerItem()), "In a box.");
-}
-
-TEST_F(Autostart, KnowsThePlacesOfThisProgramAndOfInstalledOnes) {
-    setenv("HOME", folder.c_str(), 1);
-    const auto isStable = [this](const fs::path& program) {
-        return XdgAutostartLoginItem({entry, {}, program, installationFolders(), ""}).isAtStableLocation();
-    };
-    EXPECT_TRUE(isStable(folder / "Applications/Tools/Wakeloft.AppImage"));
-    EXPECT_FALSE(isStable(folder / "Applications Old/Wakeloft"));
-    EXPECT_FALSE(isStable("/usr/../tmp/Wakeloft"));
-    const auto program = fs::read_symlink("/proc/self/exe");
-    setenv("SNAP", "/snap/terminal/1", 1); // of a program that started this one
-    setenv("APPIMAGE", "/home/me/Applications/Wakeloft.AppImage", 1);
-    EXPECT_EQ(currentSandbox(), Sandbox::none);
-    EXPECT_EQ(programPath(), program);
-    setenv("SNAP", program.parent_path().c_str(), 1);
-    setenv("APPDIR", program.parent_path().c_str(), 1);
-    EXPECT_EQ(currentSandbox(), Sandbox::snap);
-    EXPECT_EQ(programPath(), "/home/me/Applications/Wakeloft.AppImage");
-    for (const char* name : {"APPIMAGE", "APPDIR", "SNAP"})
-        unsetenv(name);
 }
 
 } // namespace
