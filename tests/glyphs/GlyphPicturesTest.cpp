@@ -31,58 +31,35 @@ const std::vector<MenuBarIcon> states{{false, false, false},
                                       {true, true, true}};
 constexpr std::array directions{LayoutDirection::leftToRight, LayoutDirection::rightToLeft};
 
-/// Compares with `name`.png; or, told by WAKELOFT_NEW_PICTURES, writes that file into the folder so named
-/// instead.
-void expectAsOn(const QString& name, const std::vector<QImage>& pictures, int perRow) {
-    const QImage drawn = contactSheet(pictures, perRow);
-    if (const char* folder = std::getenv("WAKELOFT_NEW_PICTURES")) {
-        ASSERT_TRUE(drawn.convertToFormat(QImage::Format_Grayscale8).save(folder + ("/" + name) + ".png"));
-        GTEST_SKIP() << "wrote a new " << name.toStdString();
-    }
-    const QImage wanted(WAKELOFT_PICTURES "/" + name + ".png");
-    ASSERT_FALSE(wanted.isNull()) << name.toStdString() << " cannot be read";
-    EXPECT_EQ(difference(drawn, wanted), "") << "on " << name.toStdString();
-}
-
-TEST(GlyphPicturesTest, theStatusGlyphLooksAsItShould) {
-    std::vector<QImage> pictures;
-    for (const double size : sizes)
+TEST(GlyphPicturesTest, everythingLooksAsItShould) {
+    std::vector<std::vector<QImage>> rows;
+    for (const int size : sizes) {
+        auto& row = rows.emplace_back();
         for (const auto vessel : {AwakeGlyph::Vessel::mugOnLaptop, AwakeGlyph::Vessel::doubleMug})
-            for (const bool isFilled : {false, true}) {
-                const AwakeGlyph glyph{vessel, isFilled};
-                const GlyphBox box{0, 0, std::round(size * glyph.aspect()), size};
-                const auto draw = [=](GlyphCanvas& canvas, double scale) { glyph.draw(canvas, box, scale); };
-                pictures.push_back(drawnImage({box.width, box.height, draw}, Qt::black, 1));
-            }
-    expectAsOn("status", pictures, 4);
-}
-
-TEST(GlyphPicturesTest, theMenuBarIconLooksAsItShould) {
-    std::vector<QImage> pictures;
-    for (const double scale : {1, 2})
-        for (const auto direction : directions)
-            for (const MenuBarIcon& icon : states) {
-                pictures.push_back(drawnImage(icon.image(direction), Qt::black, scale));
-                pictures.back().setDevicePixelRatio(1);
-            }
-    expectAsOn("menu-bar", pictures, 5);
-}
-
-TEST(GlyphPicturesTest, theTrayIconLooksAsItShould) {
-    std::vector<QImage> pictures;
-    for (const int size : sizes)
+            for (const bool isFilled : {false, true})
+                row.push_back(drawnImage(AwakeGlyph{vessel, isFilled}.image(size), Qt::black, 1));
         for (const auto direction : directions)
             for (const MenuBarIcon& icon : states)
-                pictures.push_back(trayImage(icon, direction, size, Qt::black));
-    expectAsOn("tray", pictures, 10);
-}
-
-TEST(GlyphPicturesTest, theSymbolsLookAsTheyShould) {
-    std::vector<QImage> pictures;
-    for (const int size : {12, 14, 16, 22, 24, 32, 48})
+                row.push_back(trayImage(icon, direction, size, Qt::black));
         for (int symbol = 0; symbol <= static_cast<int>(Symbol::thermometerHigh); ++symbol)
-            pictures.push_back(drawnImage(symbolImage(Symbol(symbol), size), Qt::black, 1));
-    expectAsOn("symbols", pictures, 11);
+            row.push_back(drawnImage(symbolImage(Symbol(symbol), size), Qt::black, 1));
+    }
+    for (const double scale : {1, 2}) {
+        auto& row = rows.emplace_back();
+        for (const auto direction : directions)
+            for (const MenuBarIcon& icon : states) {
+                row.push_back(drawnImage(icon.image(direction), Qt::black, scale));
+                row.back().setDevicePixelRatio(1);
+            }
+    }
+    const QImage drawn = contactSheet(rows);
+    if (const char* newPicture = std::getenv("WAKELOFT_NEW_PICTURE")) {
+        ASSERT_TRUE(drawn.convertToFormat(QImage::Format_Grayscale8).save(newPicture, "png", 0));
+        GTEST_SKIP() << "wrote a new picture";
+    }
+    const QImage wanted(WAKELOFT_PICTURE);
+    ASSERT_FALSE(wanted.isNull()) << "the picture cannot be read";
+    EXPECT_EQ(difference(drawn, wanted), "");
 }
 
 TEST(GlyphPicturesTest, aDifferenceIsFoundAndSaidWhere) {

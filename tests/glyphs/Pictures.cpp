@@ -41,16 +41,16 @@ std::string difference(const QImage& drawn, const QImage& expected) {
            " pixels from " + std::to_string(box.x()) + ", " + std::to_string(box.y());
 }
 
-QImage contactSheet(const std::vector<QImage>& pictures, int perRow) {
+QImage contactSheet(const std::vector<std::vector<QImage>>& rows) {
     QImage sheet;
-    QPoint place(1, 1);
-    for (std::size_t i = 0; i < pictures.size(); ++i) {
-        if (i % static_cast<std::size_t>(perRow) == 0)
-            place = {1, std::max(1, sheet.height())};
-        const QRect box(place, pictures[i].size());
-        sheet = onWhite(sheet.size().expandedTo({box.right() + 2, box.bottom() + 2}), sheet);
-        QPainter(&sheet).drawImage(place, pictures[i]);
-        place.rx() += box.width() + 1;
+    for (const auto& row : rows) {
+        QPoint place(1, std::max(1, sheet.height()));
+        for (const QImage& picture : row) {
+            const QRect box(place, picture.size());
+            sheet = onWhite(sheet.size().expandedTo({box.right() + 2, box.bottom() + 2}), sheet);
+            QPainter(&sheet).drawImage(place, picture);
+            place.rx() += box.width() + 1;
+        }
     }
     return sheet;
 }
