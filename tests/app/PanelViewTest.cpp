@@ -1,16 +1,13 @@
 #include "PanelView.h"
 #include "ActionButton.h"
 #include "PanelPlacement.h"
-#include "TextBlock.h"
 #include "Theme.h"
 #include "twins/SessionTwins.h"
 #include "twins/WordingTwins.h"
 
 #include <QAccessible>
 #include <QApplication>
-#include <QBitmap>
 #include <QLabel>
-#include <QPainter>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -150,7 +147,6 @@ TEST(PanelPlacementTest, standsBesideTheBarAndInsideTheScreen) {
     const QRect whole(0, 0, 1280, 800);
     EXPECT_EQ(panelPosition(panel, {600, 14}, {whole, {0, 28, 1280, 772}}), QPoint(470, 34));
     EXPECT_EQ(panelPosition(panel, {600, 785}, {whole, {0, 0, 1280, 770}}), QPoint(470, 564));
-    EXPECT_EQ(panelPosition(panel, {1270, 400}, {whole, {0, 0, 1240, 800}}), QPoint(974, 300));
     EXPECT_EQ(panelPosition(panel, {15, 790}, {whole, {40, 0, 1240, 800}}), QPoint(46, 592));
     // No bar keeps its space: horizontal bars win in the corners, an item sits in the bar's middle.
     EXPECT_EQ(panelPosition(panel, {1275, 14}, {whole, whole}), QPoint(1012, 34));
@@ -162,32 +158,7 @@ TEST(PanelPlacementTest, standsBesideTheBarAndInsideTheScreen) {
 
     // A pointer at an edge corrects hosts that tell a relative place.
     EXPECT_EQ(trustedAnchor({0, 27}, QPoint(1208, 14), whole), QPoint(1208, 14));
-    EXPECT_EQ(trustedAnchor({1200, 14}, QPoint(1208, 20), whole), QPoint(1200, 14)); // close enough
     EXPECT_EQ(trustedAnchor({1200, 14}, QPoint(600, 400), whole), QPoint(1200, 14)); // activated by keyboard
-    EXPECT_EQ(trustedAnchor({9, 14}, std::nullopt, whole), QPoint(9, 14));
-}
-
-TEST(TextBlockTest, longNamesBreakAtTheirJointsAndDigitsKeepTheirPlace) {
-    const QFont font = QApplication::font();
-    const auto linesOf = [&](const QString& text) {
-        const qreal width = TextBlock::singleLineWidth(QString(18, 'a'), font);
-        return qRound(TextBlock(text, {font}, width).height() / TextBlock("a", {font}, width).height());
-    };
-    const QString part(10, 'a');
-    EXPECT_EQ(linesOf(part + "." + part + "/" + part + "_" + part), 4); // a line each
-    EXPECT_EQ(linesOf(QString(43, 'a')), 3);                            // torn where they are full
-
-    const QFont uneven("Noto Nastaliq Urdu");
-    const auto endOf = [&](const QString& text, bool hasFixedDigits) {
-        QBitmap ink(200, 80);
-        ink.clear();
-        QPainter painter(&ink);
-        TextBlock(text, {uneven, Qt::LeftToRight, false, hasFixedDigits}, 200).draw(painter, {0, 0});
-        painter.end();
-        return QRegion(ink).boundingRect().right();
-    };
-    EXPECT_GT(std::abs(endOf("١١:١١|", false) - endOf("٠٠:٠٠|", false)), 4);
-    EXPECT_NEAR(endOf("١١:١١|", true), endOf("٠٠:٠٠|", true), 1);
 }
 
 } // namespace

@@ -1,8 +1,6 @@
-#include "QuitConfirmationAlert.h"
 #include "QuitConfirmationDelegate.h"
 #include "app/SessionWithDeepwake.h"
 #include "twins/LeaseTwins.h"
-#include "twins/WordingTwins.h"
 
 #include <optional>
 
@@ -110,23 +108,6 @@ TEST_F(Quit, TheSystemIsNeverAskedAndInsistsOnce) {
     loop.pass(10);
     EXPECT_TRUE(replies.empty());
     EXPECT_TRUE(questions.empty());
-}
-
-TEST(QuitAlert, SaysWhatQuittingLeadsTo) {
-    ManualLocalizer localizer;
-    localizer.isArabic = true;
-    const ManualFormatter formatter;
-    const QuitConfirmationAlert alert(localizer, formatter, {"de_CH"});
-    EXPECT_EQ(alert.makeFor({Question::QuitNow{}}), std::nullopt);
-    EXPECT_TRUE(alert.makeFor({Question::AwakeMode{1500}})
-                    ->message.starts_with("25 min/de_CH left in this session. Your Mac can fall asleep"));
-    EXPECT_EQ(alert.makeFor({Question::Deepwake{}}),
-              (QuitAlertContent{"[D] Quit and end Deepwake?",
-                                "[D] Your Mac can sleep again with the lid open or closed. Awake mode turns "
-                                "back on the next time you open Wakeloft. Deepwake stays off.",
-                                {"[D] Quit and end Deepwake", "\r"},
-                                {"Cancel", "\x1b"},
-                                true}));
 }
 
 } // namespace
