@@ -58,8 +58,7 @@ bool BundleLocalizer::isRightToLeft() const {
     return false;
 }
 std::optional<InfoDictionary> bundleInfo() {
-    return InfoDictionary{{AboutInfo::versionKey, {std::string("1.4")}},
-                          {AboutInfo::buildKey, {std::string("212")}}};
+    return std::nullopt;
 }
 OperatingSystemVersion systemVersion() {
     return {15, 0, 0};
@@ -141,26 +140,18 @@ std::expected<void, Error> SMAppServiceLoginItem::registerItem() {
 std::expected<void, Error> SMAppServiceLoginItem::unregisterItem() {
     return {};
 }
-void SMAppServiceLoginItem::openSystemSettings() {
-    record("open login items");
-}
+void SMAppServiceLoginItem::openSystemSettings() {}
 struct SparkleSoftwareUpdate::Updater {};
 SparkleSoftwareUpdate::SparkleSoftwareUpdate() {
     record("updater");
 }
 SparkleSoftwareUpdate::~SparkleSoftwareUpdate() = default;
-void SparkleSoftwareUpdate::checkForUpdates() {
-    record("check for updates");
-}
+void SparkleSoftwareUpdate::checkForUpdates() {}
 void SparkleSoftwareUpdate::observeRelaunch(std::function<void()> relaunching) {
     mac.relaunching = std::move(relaunching);
 }
-void WorkspaceLinkOpener::open(const std::string& address,
-                               Failed failed) { // NOLINT(performance-*): as declared
+void WorkspaceLinkOpener::open(const std::string&, Failed) { // NOLINT(performance-*): as declared
     static_cast<void>(loop_);
-    record("open " + address);
-    if (mac.linkFailure)
-        failed(*mac.linkFailure);
 }
 
 // The views.
@@ -168,15 +159,13 @@ struct MenuBarItem::Views {};
 MenuBarItem::MenuBarItem(AwakePanel& panel, const SettingsSource& settings) {
     record("menu bar item");
     mac.panel = &panel;
-    mac.settings = std::make_unique<SettingsSource>(settings);
+    mac.settings = &settings.menu;
 }
 MenuBarItem::~MenuBarItem() = default;
 void MenuBarItem::openPanel() {
     record("open panel");
 }
-void MenuBarItem::activate() {
-    record("activate");
-}
+void MenuBarItem::activate() {}
 bool askToQuit(const QuitAlertContent& content) {
     record("ask " + content.title + " " + content.message.substr(0, content.message.find('.') + 1));
     return mac.confirms;

@@ -3,10 +3,9 @@
 #include "ApplicationDelegate.h"
 #include "AwakePanel.h"
 #include "QuitAppleEvent.h"
-#include "SettingsSource.h"
+#include "SettingsMenu.h"
 
 #include <map>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -21,9 +20,8 @@ struct MacAppDoubles {
     std::optional<QuitAppleEvent> event;
     bool confirms = false;
     std::function<void()> relaunching; ///< by which the updater tells of it
-    std::optional<PlatformError> linkFailure;
-    AwakePanel* panel = nullptr; ///< of the item in the menu bar
-    std::unique_ptr<SettingsSource> settings;
+    AwakePanel* panel = nullptr;       ///< of the item in the menu bar
+    SettingsMenu* settings = nullptr;  ///< likewise
 };
 
 extern MacAppDoubles mac;

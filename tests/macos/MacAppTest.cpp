@@ -83,6 +83,8 @@ TEST_F(MacAppTest, AsksTheUserAloneBeforeItQuits) {
     mac.event.reset();
     mac.relaunching();
     ends(TerminateReply::now, {});
+    mac.settings->perform(SettingsAction::quit);
+    EXPECT_EQ(taken(), Calls({"terminate"}));
 }
 
 TEST_F(MacAppTest, DeepwakeTalksOnlyToAHelperOfItsOwnTeam) {
@@ -99,22 +101,6 @@ TEST_F(MacAppTest, DeepwakeTalksOnlyToAHelperOfItsOwnTeam) {
     apple.codeSigning.clear(); // signed by nobody
     EXPECT_EQ(connections(), Calls());
     EXPECT_FALSE(mac.panel->content().deepwake.isOn);
-}
-
-TEST_F(MacAppTest, ItsCommandsReachTheSystemAndWhatFailsIsSaid) {
-    launch();
-    taken();
-    auto& menu = mac.settings->menu;
-    mac.linkFailure = PlatformError{"NSCocoaErrorDomain", 256, "There is no browser."};
-    for (const auto action : {SettingsAction::checkForUpdates, SettingsAction::showAbout,
-                              SettingsAction::quit, SettingsAction::sendFeedback})
-        menu.perform(action);
-    mac.panel->perform({PanelAction::Kind::openLoginItemsSettings, 0});
-    EXPECT_EQ(taken(),
-              Calls({"check for updates", "activate", "terminate",
-                     "open https://example.org/de/feedback?app=1.4%20(212)&macos=15.0", "open login items"}));
-    EXPECT_EQ(menu.content().failure, "There is no browser.");
-    EXPECT_EQ(mac.settings->about.content().version, "Version 1.4 (212)");
 }
 
 } // namespace

@@ -144,6 +144,7 @@ def faults_of_lists(bundle, version):
             (not any('@' in str(value) or '${' in str(value) for value in info.values()), 'a value was not filled in'),
             (daemon_list == f'{daemon["Label"]}.plist', 'the daemon’s list is not named after it'),
             (list(daemon['MachServices']) == [daemon['Label']], 'the helper answers under another name'),
+            (daemon.get('RunAtLoad') is True and daemon.get('KeepAlive') is True, 'the helper is not kept running'),
             (daemon['AssociatedBundleIdentifiers'] == [APP], 'the helper is another app’s')):
         if not fits:
             yield fault
