@@ -5,7 +5,6 @@
 #include "twins/SessionTwins.h"
 #include "twins/WordingTwins.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QLabel>
 #include <QTest>
@@ -97,16 +96,6 @@ TEST_F(PanelViewTest, ticksOnlyWhileSeenAndCountingAndOncePerSecond) {
     view.refresh();
     view.hide();
     EXPECT_EQ(askedDuring(1200), "");
-}
-
-TEST_F(PanelViewTest, whatAppearsLaterComesInReadingOrder) {
-    content.sessionButtons = {{"30 min", "", {}}};
-    press();
-    content.sessionButtons.push_back({"1 hr", "", {}});
-    view.refresh();
-    for (int i = 0; i < 2; ++i) // from the main button
-        QTest::keyClick(view.focusWidget(), Qt::Key_Tab);
-    EXPECT_EQ(QAccessible::queryAccessibleInterface(view.focusWidget())->text(QAccessible::Name), "1 hr");
 }
 
 TEST_F(PanelViewTest, noTextIsCutHoweverLong) {
