@@ -34,7 +34,6 @@ struct Helper : testing::Test {
     Timer timer;
     AssembledHelper helper{setting, clocks, timer, mainLoop};
     std::vector<std::string>& lines = helper.lines;
-    LidSleepLeaseKeeper& keeper = helper.keeper;
     LidLeaseService& service = helper.service;
     std::array<std::unique_ptr<LidLeaseConnection>, 3> clients{
         helper.listener.accept(), helper.listener.accept(), helper.listener.accept()};

@@ -62,19 +62,6 @@ TEST(HelperService, DemandsOurTeamAndNothingThatASignatureCannotHave) {
         EXPECT_EQ(requirement(identifier, "ABCDE12345"), std::nullopt) << identifier;
 }
 
-TEST(HelperService, SaysWhatStartsAndWhatIsNotKnownOfIt) {
-    const auto line = LidHelperService::startLine;
-    const auto version = LidHelperService::Version::checked("1.4", "27");
-    EXPECT_EQ(line("/a", "/a", "0f", version), "helper starting: Wakeloft 1.4 (27), cdhash 0f, from /a");
-    EXPECT_EQ(
-        line(std::nullopt, "/b", std::nullopt, version),
-        "helper starting: Wakeloft version unknown, cdhash unknown, from a path that could not be read, "
-        "started as /b");
-    EXPECT_NE(LidHelperService::Version::checked(std::string(64, 'z'), "A.9-_"), std::nullopt);
-    for (const auto& text : {std::string(), std::string(65, '1'), std::string("1 2"), std::string("1\0", 2)})
-        EXPECT_EQ(LidHelperService::Version::checked("1", text), std::nullopt);
-}
-
 TEST(RigLeaseFile, HoldsOneFiniteNumberThatReadsBackTheSame) {
     using Limits = std::numeric_limits<double>;
     EXPECT_EQ(RigLeaseFile::encode(Date{1731700000}), "1731700000.0");

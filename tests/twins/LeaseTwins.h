@@ -48,7 +48,6 @@ struct ManualSleepSetting final : SystemSleepSetting {
     std::optional<PlatformError> writeError;
     std::optional<PlatformError> readError;
     std::vector<bool> writes;
-    int reads = 0;
 
     std::expected<void, PlatformError> writeDisabled(bool disabled) override {
         writes.push_back(disabled);
@@ -58,7 +57,6 @@ struct ManualSleepSetting final : SystemSleepSetting {
         return {};
     }
     std::expected<bool, PlatformError> readDisabled() override {
-        ++reads;
         if (readError)
             return std::unexpected(*readError);
         return isDisabled;
