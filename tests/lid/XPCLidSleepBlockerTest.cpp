@@ -82,8 +82,6 @@ TEST_F(Client, AsksOneThingAtATimeAndACompletionMayAskAgainOrEndIt) {
     reply(3);
     loop.pass(5);
     EXPECT_EQ(answers.size(), 1U);
-    blocker = made(std::nullopt);
-    blocker->renewUntil(Date{10}, [this](const auto&) { blocker.reset(); }); // before the call returns
 }
 
 TEST_F(Client, AHelperThatRefusesIsKeptAndOneThatBreaksOrNeverAnswersHoldsNothing) {
@@ -166,7 +164,7 @@ TEST_F(Client, PreparingRegistersTheHelperUnlessItIs) {
           Case{Status::requiresApproval, Status::enabled, {}, requiresApproval, 0},
           Case{Status::notRegistered, Status::enabled, {}, {}, 1},
           Case{Status::notFound, Status::requiresApproval, denied, requiresApproval, 1},
-          Case{Status::notRegistered, Status::notFound, denied, denied, 1}}) {
+          Case{Status::notFound, Status::notFound, denied, denied, 1}}) {
         registration = {};
         registration.current = before;
         registration.onceRegistered = after;
