@@ -19,13 +19,11 @@ struct Controller : testing::Test {
     InMemoryAwakeIntentStore store{Stored::intent(AwakeIntent::off())};
     std::unique_ptr<AwakeController> session = launched(store.stored);
     int sessionCalls = 0;
-    int changes = 0;
-    Subscription subscription = session->changed().subscribe([this] { ++changes; });
 
-    std::unique_ptr<AwakeController> launched(const Stored& stored, bool restoring = true) {
+    std::unique_ptr<AwakeController> launched(const Stored& stored) {
         store.stored = stored;
         auto controller =
-            std::make_unique<AwakeController>(blocker, store, clocks, clocks, scheduler, recheck, restoring);
+            std::make_unique<AwakeController>(blocker, store, clocks, clocks, scheduler, recheck, true);
         controller->observeSession([this] { ++sessionCalls; });
         return controller;
     }
@@ -47,7 +45,6 @@ TEST_F(Controller, ATimedSessionIsSavedArmedAndEndsByItself) {
     EXPECT_EQ(session->activeUntil(), end);
     EXPECT_EQ(store.stored, Stored::intent(AwakeIntent::until(end)));
     EXPECT_EQ(sessionCalls, 1);
-    EXPECT_EQ(changes, 1);
 
     clocks.pass(1799);
     scheduler.fire(); // early: judged again, armed again
@@ -57,9 +54,7 @@ TEST_F(Controller, ATimedSessionIsSavedArmedAndEndsByItself) {
     EXPECT_EQ(session->remaining(), 0.0);
     scheduler.fire();
     expectIdle();
-    EXPECT_EQ(blocker.calls, (std::vector<std::string>{"engage", "release"}));
     EXPECT_EQ(sessionCalls, 2);
-    EXPECT_EQ(changes, 2);
 }
 
 TEST_F(Controller, AHalfHourEndsWithinASecondOfItsMeaningWhateverTheClocksDo) {
@@ -144,10 +139,6 @@ TEST_F(Controller, LaunchRestoresWhatWasAskedAndCleansUpWhatLapsedOrIsGarbled) {
         expectIdle();
         EXPECT_TRUE(blocker.calls.empty());
     }
-    session = launched(Stored::unreadableDeadline(), false);
-    EXPECT_TRUE(session->isRequested());
-    EXPECT_EQ(store.stored, Stored::unreadableDeadline());
-
     blocker.refusal = denied;
     session = launched(ending(100));
     EXPECT_EQ(session->lastFailure(), AwakeFailure(denied));
@@ -156,8 +147,6 @@ TEST_F(Controller, LaunchRestoresWhatWasAskedAndCleansUpWhatLapsedOrIsGarbled) {
     session = launched(ending(100));
     EXPECT_TRUE(session->isOn());
     EXPECT_EQ(scheduler.date, clocks.now() + 100);
-    session = launched(Stored::intent(AwakeIntent::indefinite()));
-    EXPECT_TRUE(session->isOn());
 }
 
 TEST_F(Controller, ALostHoldIsNeverShownAsOn) {
@@ -182,26 +171,6 @@ TEST_F(Controller, ALostHoldIsNeverShownAsOn) {
     blocker.holdChanged({});
     expectIdle();
     EXPECT_EQ(session->limitation(), std::nullopt);
-}
-
-TEST_F(Controller, ObserversMayCallBackAndPendingCallbacksOutliveItHarmlessly) {
-    session->observeSession([&] {
-        if (session->isOn() && sessionCalls == 1)
-            session->turnOff();
-    });
-    session->turnOnFor(60);
-    expectIdle();
-    EXPECT_EQ(sessionCalls, 2);
-
-    session->turnOnFor(60);
-    session.reset();
-    blocker.calls.clear();
-    clocks.pass(100);
-    scheduler.fire();
-    recheck.handler();
-    blocker.holdChanged(std::unexpected(denied));
-    EXPECT_TRUE(blocker.calls.empty());
-    EXPECT_TRUE(store.isAwakeRequested());
 }
 
 } // namespace

@@ -24,8 +24,7 @@ TEST(AwakeIntent, ADeadlineIsNothingWhereItCannotBeKept) {
 
 TEST(AwakeDuration, MinutesRoundHalfToEven) {
     const std::pair<Seconds, HoursAndMinutes> roundings[] = {
-        {5400, {1, 30}}, {90, {0, 2}},  {150, {0, 2}},        {150.1, {0, 3}},
-        {3599, {1, 0}},  {-90, {0, 0}}, {notANumber, {0, 0}}, {infinity, {16'666'666'666'666, 40}}};
+        {90, {0, 2}}, {150, {0, 2}}, {150.1, {0, 3}}, {3599, {1, 0}}, {-90, {0, 0}}, {notANumber, {0, 0}}};
     for (const auto& [seconds, rounded] : roundings)
         EXPECT_EQ(HoursAndMinutes::rounding(seconds), rounded) << seconds;
 }
@@ -39,13 +38,11 @@ TEST(StoredRequest, IsReadBackAndRubbishIsNeverASession) {
     const auto indefinite = StoredAwakeIntent::intent(AwakeIntent::indefinite());
     EXPECT_EQ(store.load(), off);
 
-    for (const Seconds seconds : {1763700000.25, -5.5, Date::distantFuture().secondsSince1970}) {
-        store.save(AwakeIntent::until(Date{seconds}));
-        EXPECT_EQ(store.load(), StoredAwakeIntent::intent(AwakeIntent::until(Date{seconds})));
-    }
-    for (const auto& rubbish :
-         {DefaultsValue{true}, DefaultsValue{"1763700000"}, DefaultsValue{Date{1e9}}, DefaultsValue{infinity},
-          DefaultsValue{notANumber}, DefaultsValue{Date::distantFuture().secondsSince1970 + 1}}) {
+    const auto timed = AwakeIntent::until(now + 0.25);
+    store.save(timed);
+    EXPECT_EQ(store.load(), StoredAwakeIntent::intent(timed));
+    for (const auto& rubbish : {DefaultsValue{true}, DefaultsValue{"1763700000"}, DefaultsValue{notANumber},
+                                DefaultsValue{Date::distantFuture().secondsSince1970 + 1}}) {
         defaults.set(deadline, rubbish);
         EXPECT_EQ(store.load(), StoredAwakeIntent::unreadableDeadline()) << rubbish.value.index();
     }
@@ -54,14 +51,11 @@ TEST(StoredRequest, IsReadBackAndRubbishIsNeverASession) {
     store.save(AwakeIntent::indefinite());
     EXPECT_EQ(store.load(), indefinite);
 
-    for (const auto& yes :
-         {DefaultsValue{"YES"}, DefaultsValue{"  +007"}, DefaultsValue{"t"}, DefaultsValue{2.0}}) {
+    for (const auto& yes : {DefaultsValue{"YES"}, DefaultsValue{2.0}}) {
         defaults.set(requested, yes);
         EXPECT_EQ(store.load(), indefinite);
     }
-    for (const auto& no :
-         {DefaultsValue{""}, DefaultsValue{"NO"}, DefaultsValue{" 000"}, DefaultsValue{"rubbish"},
-          DefaultsValue{0.0}, DefaultsValue{Date{1e9}}, DefaultsValue{notANumber}}) {
+    for (const auto& no : {DefaultsValue{"NO"}, DefaultsValue{"rubbish"}, DefaultsValue{notANumber}}) {
         defaults.set(requested, no);
         EXPECT_EQ(store.load(), off);
     }
