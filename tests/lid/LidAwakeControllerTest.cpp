@@ -1,9 +1,4 @@
-#include "lid/LidAwakeController.h"
-#include "lid/InMemoryLidSleepBlocker.h"
-#include "twins/LidTwins.h"
-#include "twins/SessionTwins.h"
-
-#include <gtest/gtest.h>
+#include "app/SessionWithDeepwake.h"
 
 #include <limits>
 
@@ -15,28 +10,15 @@ const Error silent = LidSleepBlockerError::helperUnavailable();
 const Error refused =
     LidSleepBlockerError::helperRefused(LidHelperRefusal::settingUnwritten("disk full").reason());
 
-struct Deepwake : testing::Test {
-    ManualClocks clocks;
-    ManualBlocker awakeBlocker;
-    ManualScheduler awakeScheduler;
-    ManualRecheck recheck;
-    InMemoryAwakeIntentStore intents{false, std::nullopt};
-    AwakeController awake{awakeBlocker, intents, clocks, clocks, awakeScheduler, recheck, true};
-    InMemoryLidSleepBlocker blocker;
-    InMemoryUserDefaults defaults;
-    UserDefaultsLidAwakeStore store{defaults};
-    ManualConditions conditions;
-    ManualScheduler leases;
-    ManualScheduler deadlines;
-    LidAwakeController lid{awake, blocker, store, conditions, conditions, clocks, leases, deadlines};
-
+struct Deepwake : SessionWithDeepwake {
     Deepwake() { lid.acknowledgeHeatWarning(); }
+
     void expectOff() const {
         EXPECT_FALSE(lid.isOn());
         EXPECT_FALSE(lid.isTurningOn());
-        EXPECT_EQ(leases.date, std::nullopt);
-        EXPECT_EQ(deadlines.date, std::nullopt);
-        EXPECT_FALSE(blocker.isEngaged());
+        EXPECT_EQ(renewals.date, std::nullopt);
+        EXPECT_EQ(lidDeadline.date, std::nullopt);
+        EXPECT_FALSE(lidBlocker.isEngaged());
     }
     void expectFailure(const std::optional<Error>& error) const {
         EXPECT_EQ(lid.lastFailure(), error ? std::optional(AwakeFailure(*error)) : std::nullopt);
@@ -44,42 +26,46 @@ struct Deepwake : testing::Test {
     /// Leaves a reset in doubt for `reason`, with Deepwake off.
     void loseTheReset(const Error& reason) {
         ASSERT_TRUE(lid.turnOnJoiningSessionOr(7200));
-        blocker.nextRevocationError = reason;
+        lidBlocker.nextRevocationError = reason;
         lid.turnOff();
         expectFailure(reason);
     }
 };
 
 TEST_F(Deepwake, WaitsForTheHeatWarningToBeAcknowledged) {
-    store.setHasAcknowledgedHeatWarning(false);
+    lidStore.setHasAcknowledgedHeatWarning(false);
     lid.refresh();
     EXPECT_EQ(lid.refusal(), LidAwakeRefusal::unacknowledged);
     EXPECT_EQ(lid.precaution(), LidClosePrecaution::beforeFirstUse);
     EXPECT_FALSE(lid.turnOnJoiningSessionOr(7200));
     EXPECT_FALSE(awake.isOn());
-    EXPECT_EQ(blocker.prepareCount, 0);
+    EXPECT_EQ(lidBlocker.prepareCount, 0);
     lid.acknowledgeHeatWarning();
     EXPECT_TRUE(lid.turnOnFor(60));
-    EXPECT_TRUE(defaults.boolean("com.wakeloft.acknowledgedHeatWarning"));
+    EXPECT_TRUE(lidStore.hasAcknowledgedHeatWarning());
+
+    InMemoryUserDefaults defaults;
+    UserDefaultsLidAwakeStore(defaults).setHasAcknowledgedHeatWarning(true);
+    EXPECT_TRUE(UserDefaultsLidAwakeStore(defaults).hasAcknowledgedHeatWarning());
 }
 
 TEST_F(Deepwake, HoldsThirtySecondsAndRenewsEveryTen) {
-    blocker.holdsReplies = true;
+    lidBlocker.holdsReplies = true;
     EXPECT_TRUE(lid.turnOnJoiningSessionOr(7200));
     EXPECT_TRUE(lid.turnOnJoiningSessionOr(7200));
-    EXPECT_EQ(blocker.unanswered.size(), 1U);
+    EXPECT_EQ(lidBlocker.unanswered.size(), 1U);
     EXPECT_TRUE(lid.isTurningOn());
     EXPECT_FALSE(lid.isOn());
     for (int renewal = 1; renewal < 3; ++renewal) {
-        blocker.answerAll();
-        EXPECT_EQ(blocker.leaseExpiry, clocks.now() + 30);
-        EXPECT_EQ(leases.date, clocks.now() + 10);
+        lidBlocker.answerAll();
+        EXPECT_EQ(lidBlocker.leaseExpiry, clocks.now() + 30);
+        EXPECT_EQ(renewals.date, clocks.now() + 10);
         clocks.pass(10);
-        leases.fire();
+        renewals.fire();
         EXPECT_TRUE(lid.isOn()); // also while the renewal is on its way
     }
     lid.turnOff();
-    blocker.answerAll();
+    lidBlocker.answerAll();
     expectOff();
     EXPECT_TRUE(awake.isOn());
 }
@@ -89,11 +75,11 @@ TEST_F(Deepwake, JoinsTheSessionThatIsOnOrStartsItsOwn) {
     const auto end = awake.activeUntil();
     EXPECT_TRUE(lid.turnOnJoiningSessionOr(7200));
     EXPECT_EQ(lid.activeUntil(), end);
-    EXPECT_EQ(deadlines.date, end);
+    EXPECT_EQ(lidDeadline.date, end);
     EXPECT_TRUE(lid.turnOnFor(1200));
-    EXPECT_EQ(deadlines.date, clocks.now() + 1200);
+    EXPECT_EQ(lidDeadline.date, clocks.now() + 1200);
     EXPECT_TRUE(lid.turnOnFor(std::nullopt));
-    EXPECT_EQ(deadlines.date, std::nullopt);
+    EXPECT_EQ(lidDeadline.date, std::nullopt);
     EXPECT_FALSE(lid.turnOnFor(std::numeric_limits<Seconds>::quiet_NaN()));
     EXPECT_TRUE(lid.isOn()); // nothing was touched
     EXPECT_TRUE(awake.isOn());
@@ -109,60 +95,60 @@ TEST_F(Deepwake, EndsWithItsSession) {
     lid.turnOnFor(600);
     awake.turnOnFor(1800);
     clocks.pass(1700);
-    deadlines.fire(); // early
+    lidDeadline.fire(); // early
     EXPECT_TRUE(lid.isOn());
-    EXPECT_EQ(deadlines.date, awake.endsAt());
+    EXPECT_EQ(lidDeadline.date, awake.endsAt());
     clocks.pass(100);
-    deadlines.fire(); // before the session's own timer
+    lidDeadline.fire(); // before the session's own timer
     EXPECT_FALSE(awake.isOn());
     expectOff();
 
     lid.turnOnFor(600);
     clocks.sleep(601);
-    leases.fire(); // the renewal comes first
+    renewals.fire(); // the renewal comes first
     EXPECT_FALSE(awake.isOn());
     expectOff();
 
     lid.turnOnFor(600);
-    awakeBlocker.holdChanged(std::unexpected(denied));
-    EXPECT_EQ(deadlines.date, clocks.now());
-    awakeBlocker.holdChanged({}); // taken again at once
-    EXPECT_EQ(deadlines.date, awake.endsAt());
+    blocker.holdChanged(std::unexpected(denied));
+    EXPECT_EQ(lidDeadline.date, clocks.now());
+    blocker.holdChanged({}); // taken again at once
+    EXPECT_EQ(lidDeadline.date, awake.endsAt());
     awake.turnOff();
-    deadlines.fire();
+    lidDeadline.fire();
     expectOff();
 }
 
 TEST_F(Deepwake, AStartThatFailsSaysWhy) {
-    blocker.nextPreparationError = denied;
+    lidBlocker.nextPreparationError = denied;
     EXPECT_FALSE(lid.turnOnFor(60));
     expectFailure(denied);
     EXPECT_FALSE(awake.isOn());
     lid.turnOff();
     expectFailure(std::nullopt);
-    EXPECT_EQ(blocker.revokeCount, 0); // nothing was held
+    EXPECT_EQ(lidBlocker.revokeCount, 0); // nothing was held
 
-    awakeBlocker.refusal = denied;
+    blocker.refusal = denied;
     EXPECT_FALSE(lid.turnOnFor(60));
     expectFailure(denied);
-    EXPECT_EQ(blocker.renewCount, 0);
-    awakeBlocker.refusal.reset();
+    EXPECT_EQ(lidBlocker.renewCount, 0);
+    blocker.refusal.reset();
     EXPECT_TRUE(lid.turnOnFor(60));
     expectFailure(std::nullopt);
 }
 
 TEST_F(Deepwake, AFailedRenewalGivesTheLeaseBackAndLeavesTheSessionOn) {
     lid.turnOnFor(600);
-    blocker.holdsReplies = true;
-    blocker.nextRenewalError = refused;
-    leases.fire();
+    lidBlocker.holdsReplies = true;
+    lidBlocker.nextRenewalError = refused;
+    renewals.fire();
     int settled = 0;
     lid.whenSettled([&] { ++settled; });
-    blocker.answerNext(); // and is followed by a revoke
+    lidBlocker.answerNext(); // and is followed by a revoke
     EXPECT_EQ(settled, 0);
-    blocker.answerNext();
+    lidBlocker.answerNext();
     EXPECT_EQ(settled, 1);
-    EXPECT_EQ(blocker.revokeCount, 1);
+    EXPECT_EQ(lidBlocker.revokeCount, 1);
     expectOff();
     expectFailure(refused);
     EXPECT_TRUE(awake.isOn());
@@ -171,31 +157,31 @@ TEST_F(Deepwake, AFailedRenewalGivesTheLeaseBackAndLeavesTheSessionOn) {
 TEST_F(Deepwake, AResetInDoubtIsRetriedOneAtATimeAndOutranksAStart) {
     loseTheReset(silent);
     expectOff();
-    blocker.nextRevocationError = denied;
+    lidBlocker.nextRevocationError = denied;
     lid.turnOff();
     expectFailure(silent); // the first reason stays
-    blocker.nextRevocationError = refused;
+    lidBlocker.nextRevocationError = refused;
     lid.checkLease();
     expectFailure(refused); // until the helper gives its own
 
-    blocker.holdsReplies = true;
+    lidBlocker.holdsReplies = true;
     lid.checkLease();
     lid.checkLease();
     lid.turnOff();
-    EXPECT_EQ(blocker.unanswered.size(), 1U);
-    blocker.nextPreparationError = denied;
+    EXPECT_EQ(lidBlocker.unanswered.size(), 1U);
+    lidBlocker.nextPreparationError = denied;
     EXPECT_FALSE(lid.turnOnFor(60));
     expectFailure(refused);
-    blocker.answerAll();
+    lidBlocker.answerAll();
     expectFailure(std::nullopt); // what failed meanwhile was not kept
-    blocker.holdsReplies = false;
+    lidBlocker.holdsReplies = false;
 
     loseTheReset(silent);
     EXPECT_TRUE(lid.turnOnFor(60)); // a confirmed lease ends the doubt
     expectFailure(std::nullopt);
-    blocker.nextRenewalError = refused;
-    blocker.nextRevocationError = silent; // of the renewal's own revoke
-    leases.fire();
+    lidBlocker.nextRenewalError = refused;
+    lidBlocker.nextRevocationError = silent; // of the renewal's own revoke
+    renewals.fire();
     expectFailure(silent);
     lid.checkLease();
     expectFailure(std::nullopt); // the failed renewal is over with it
