@@ -28,9 +28,9 @@ struct Helper : testing::Test {
 
     const std::string granted;
     const PlatformError busy{"org.example.Busy", 16, "The setting is busy."};
-    ManualClocks clocks;
     ManualSleepSetting setting;
     ManualRunLoop mainLoop;
+    ManualClocks& clocks = mainLoop.clocks;
     Timer timer;
     AssembledHelper helper{setting, clocks, timer, mainLoop};
     std::vector<std::string>& lines = helper.lines;

@@ -4,6 +4,7 @@
 #include "lid/LidAwakeStore.h"
 #include "lid/XPCLidSleepBlocker.h"
 #include "simulation/SimulatedTransport.h"
+#include "simulation/VirtualTimer.h"
 #include "twins/LidTwins.h"
 #include "twins/SessionTwins.h"
 
@@ -11,17 +12,13 @@
 
 namespace wakeloft {
 
-/// What outlives the app: its stored preferences.
-struct SimulatedStores {
-    InMemoryAwakeIntentStore intent{StoredAwakeIntent::intent(AwakeIntent::off())};
-    InMemoryLidAwakeStore lid;
-};
-
 /// The app process: the real controllers and client. Destroying it is its crash.
 struct SimulatedApp {
-    SimulatedApp(VirtualTime& ownTime, SimulatedTransport& ownTransport, SimulatedStores& ownStores,
-                 LidHelperRegistration& ownRegistration)
-        : time(ownTime), transport(ownTransport), stores(ownStores), registration(ownRegistration) {}
+    ManualRunLoop& time;
+    SimulatedTransport& transport;
+    AwakeIntentStore& intents;
+    LidAwakeStore& lidStore;
+    LidHelperRegistration& registration;
 
     using AwakeFields = std::tuple<bool, bool, std::optional<AwakeFailure>, std::optional<Date>>;
     [[nodiscard]] AwakeFields awakeFields() const {
@@ -32,21 +29,17 @@ struct SimulatedApp {
         return {lid.isOn(), lid.isTurningOn(), lid.lastFailure(), lid.hasAcknowledgedHeatWarning()};
     }
 
-    VirtualTime& time;
-    SimulatedTransport& transport;
-    SimulatedStores& stores;
-    LidHelperRegistration& registration;
     VirtualTimer sessionTimer{time}, leaseTimer{time}, lidDeadlineTimer{time};
-    ManualRecheck recheck;
-    ManualConditions conditions;
-    ManualBlocker assertion;
-    AwakeController awake{assertion, stores.intent, time.clocks, time.clocks, sessionTimer, recheck, true};
+    ManualRecheck recheck{};
+    ManualConditions conditions{};
+    ManualBlocker assertion{};
+    AwakeController awake{assertion, intents, time.clocks, time.clocks, sessionTimer, recheck, true};
     XPCLidSleepBlocker blocker{registration, "the helper", LidSleepLease::replyTimeout,
                                [this](const std::string&) { return transport.connect(); }, time};
-    LidAwakeController lid{awake,      blocker,     stores.lid, conditions,
+    LidAwakeController lid{awake,      blocker,     lidStore,   conditions,
                            conditions, time.clocks, leaseTimer, lidDeadlineTimer};
 
-    std::string fault; ///< what observers were told wrongly, empty when all was well
+    std::string fault{}; ///< what observers were told wrongly, empty when all was well
     AwakeFields lastAwake = awakeFields();
     LidFields lastLid = lidFields();
     Subscription awakeChanges = awake.changed().subscribe([this] {

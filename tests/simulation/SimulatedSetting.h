@@ -2,7 +2,8 @@
 
 #include "lease/LidSleepLease.h"
 #include "lease/SystemSleepSetting.h"
-#include "simulation/VirtualTime.h"
+#include "simulation/Chance.h"
+#include "twins/LeaseTwins.h"
 
 namespace wakeloft {
 
@@ -10,7 +11,7 @@ namespace wakeloft {
 /// outlives every helper: what a helper that died has left stays.
 class SimulatedSetting final : public SystemSleepSetting {
   public:
-    SimulatedSetting(VirtualTime& time, Chance& chance) : time_(time), chance_(chance) {}
+    SimulatedSetting(ManualRunLoop& time, Chance& chance) : time_(time), chance_(chance) {}
 
     std::expected<void, PlatformError> writeDisabled(bool disabled) override {
         const bool isFailing = fails(failingWrites, LidSleepLease::writeTimeout);
@@ -59,7 +60,7 @@ class SimulatedSetting final : public SystemSleepSetting {
         return isFailing;
     }
 
-    VirtualTime& time_;
+    ManualRunLoop& time_;
     Chance& chance_;
     bool isForeign_ = false;
 };

@@ -2,8 +2,9 @@
 
 #include "lease/LidSleepLease.h"
 #include "lid/LidLeaseClientConnection.h"
-#include "simulation/VirtualTime.h"
+#include "simulation/Chance.h"
 #include "twins/AssembledHelper.h"
+#include "twins/LeaseTwins.h"
 
 #include <optional>
 #include <string>
@@ -13,7 +14,7 @@ namespace wakeloft {
 /// What lies between the app and whichever helper runs: delays, losses, doubled and late answers.
 class SimulatedTransport {
   public:
-    SimulatedTransport(VirtualTime& time, Chance& chance, std::shared_ptr<AssembledHelper>& helper)
+    SimulatedTransport(ManualRunLoop& time, Chance& chance, std::shared_ptr<AssembledHelper>& helper)
         : time_(time), chance_(chance), helper_(helper) {}
 
     std::unique_ptr<LidLeaseClientConnection> connect() { return std::make_unique<Connection>(*this); }
@@ -104,7 +105,7 @@ class SimulatedTransport {
         time_.performAfter(delay, std::move(work));
     }
 
-    VirtualTime& time_;
+    ManualRunLoop& time_;
     Chance& chance_;
     std::shared_ptr<AssembledHelper>& helper_;
     std::uint64_t latest_ = 0;

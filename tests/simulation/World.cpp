@@ -12,7 +12,6 @@ const Error refused = SleepBlockerError::assertionFailed(-1);
 } // namespace
 
 World::World(std::uint64_t seed) : chance_(seed) {
-    std::ranges::copy(troubles(), std::back_inserter(events_));
     registration_.onceRegistered = LidHelperStatus::requiresApproval;
     startHelper();
     app();
@@ -46,7 +45,7 @@ void World::step() {
     event->happen(amount);
 }
 
-std::vector<World::Event> World::uses() {
+std::vector<World::Event> World::events() {
     const auto open = [this](Seconds) {
         app().awake.checkExpiry();
         app().lid.checkLease();
@@ -56,25 +55,6 @@ std::vector<World::Event> World::uses() {
         waitsSince_ = waitsSince_.value_or(uptime());
         app().lid.whenSettled([this] { waitsSince_.reset(); });
     };
-    return {
-        {10, "the app is started", [this](Seconds) { app(); }},
-        {10, "session toggled", [this](Seconds) { app().awake.toggle(); }},
-        {10, "session for", [this](Seconds length) { app().awake.turnOnFor(length); }, -1, 120},
-        {40, "Deepwake on for", [this](Seconds length) { app().lid.turnOnFor(length); }, 1, 200},
-        {5, "Deepwake on", [this](Seconds) { app().lid.turnOnJoiningSessionOr(std::nullopt); }},
-        {5, "Deepwake on, perhaps for 7200", [this](Seconds) { app().lid.turnOnJoiningSessionOr(7200); }},
-        {10, "Deepwake off", [this](Seconds) { app().lid.turnOff(); }},
-        {10, "the panel is opened", open},
-        {20, "the heat warning is acknowledged", [this](Seconds) { app().lid.acknowledgeHeatWarning(); }},
-        {10, "somebody waits for the app to be settled", wait},
-        {20, "asleep for", [this](Seconds asleep) { jump(asleep, 0); }, 0.1, 100},
-        {20, "the clock is set by", [this](Seconds by) { jump(0, by); }, -4000, 4000},
-        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 3},
-        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 60},
-    };
-}
-
-std::vector<World::Event> World::troubles() {
     const auto stop = [this](Seconds) {
         if (helper_ != nullptr)
             helper_->loop.stop();
@@ -104,6 +84,20 @@ std::vector<World::Event> World::troubles() {
             app().assertion.holdChanged(std::unexpected(refused));
     };
     return {
+        {10, "the app is started", [this](Seconds) { app(); }},
+        {10, "session toggled", [this](Seconds) { app().awake.toggle(); }},
+        {10, "session for", [this](Seconds length) { app().awake.turnOnFor(length); }, -1, 120},
+        {40, "Deepwake on for", [this](Seconds length) { app().lid.turnOnFor(length); }, 1, 200},
+        {5, "Deepwake on", [this](Seconds) { app().lid.turnOnJoiningSessionOr(std::nullopt); }},
+        {5, "Deepwake on, perhaps for 7200", [this](Seconds) { app().lid.turnOnJoiningSessionOr(7200); }},
+        {10, "Deepwake off", [this](Seconds) { app().lid.turnOff(); }},
+        {10, "the panel is opened", open},
+        {20, "the heat warning is acknowledged", [this](Seconds) { app().lid.acknowledgeHeatWarning(); }},
+        {10, "somebody waits for the app to be settled", wait},
+        {20, "asleep for", [this](Seconds asleep) { jump(asleep, 0); }, 0.1, 100},
+        {20, "the clock is set by", [this](Seconds by) { jump(0, by); }, -4000, 4000},
+        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 3},
+        {50, "awake for", [this](Seconds seconds) { pass(seconds); }, 0, 60},
         {10, "the app dies", [this](Seconds) { app_.reset(); }},
         {10, "the helper dies", [this](Seconds) { endHelper(); }},
         {10, "the helper is asked to end", stop},
@@ -174,7 +168,7 @@ SimulatedApp& World::app() {
         transport_.beginAnew();
         waitsSince_.reset();
         noSessionSince_.reset();
-        app_ = std::make_unique<SimulatedApp>(time_, transport_, stores_, registration_);
+        app_ = std::make_unique<SimulatedApp>(time_, transport_, intents_, lidStore_, registration_);
     }
     return *app_;
 }

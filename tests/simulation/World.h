@@ -31,8 +31,7 @@ class World {
         Seconds least = 0;
         Seconds most = 0;
     };
-    std::vector<Event> uses();
-    std::vector<Event> troubles();
+    std::vector<Event> events();
     void step();
     void calmDown();
     void useInPeace();
@@ -50,15 +49,16 @@ class World {
     [[nodiscard]] Seconds uptime() const { return time_.clocks.awake; }
 
     Chance chance_;
-    VirtualTime time_;
+    ManualRunLoop time_;
     SimulatedSetting setting_{time_, chance_};
     VirtualTimer helperTimer_{time_};
     std::shared_ptr<AssembledHelper> helper_;
     SimulatedTransport transport_{time_, chance_, helper_};
-    SimulatedStores stores_;
+    InMemoryAwakeIntentStore intents_{false, std::nullopt}; // what is stored outlives the app
+    InMemoryLidAwakeStore lidStore_;
     ManualRegistration registration_;
     std::unique_ptr<SimulatedApp> app_;
-    std::vector<Event> events_ = uses();
+    std::vector<Event> events_ = events();
 
     Seconds appOrTroubleAt_ = 0; ///< uptime at which there was an app, no helper or writes that fail
     std::optional<Seconds> noSessionSince_; ///< uptime from which Deepwake has been on without a session

@@ -11,16 +11,12 @@ namespace wakeloft {
 
 /// The helper's real parts, put together as in its process, on what it is given. Destroying it is its crash.
 struct AssembledHelper {
-    AssembledHelper(SystemSleepSetting& itsSetting, ManualClocks& itsClocks, OneShotTimer& itsTimer,
-                    MainRunLoop& itsMainLoop)
-        : setting(itsSetting), clocks(itsClocks), timer(itsTimer), mainLoop(itsMainLoop) {}
-
     SystemSleepSetting& setting;
     ManualClocks& clocks;
     OneShotTimer& timer;
     MainRunLoop& mainLoop;
-    std::vector<std::string> lines; ///< what it logged
-    int ends = 0;                   ///< how often it asked to end
+    std::vector<std::string> lines{}; ///< what it logged
+    int ends = 0;                     ///< how often it asked to end
     std::function<void(const std::string&)> log = [this](const std::string& line) { lines.push_back(line); };
     LidSleepLeaseKeeper keeper{setting, clocks, clocks};
     LidLeaseService service{keeper, log};

@@ -2,9 +2,10 @@
 
 #include "lease/SystemSleepSetting.h"
 #include "support/MainRunLoop.h"
+#include "twins/SessionTwins.h"
 
+#include <algorithm>
 #include <functional>
-#include <map>
 #include <mutex>
 #include <optional>
 #include <utility>
@@ -12,34 +13,62 @@
 
 namespace wakeloft {
 
-/// A main loop on a clock of its own, turned by hand. Takes work from any thread.
-struct ManualRunLoop final : MainRunLoop {
+/// A machine's clocks and the main loop of everything on it, turned by hand: time goes from event to event.
+/// Takes work from any thread.
+class ManualRunLoop final : public MainRunLoop {
+  public:
+    /// Moved by a busy process, too: nothing else runs meanwhile.
+    ManualClocks clocks;
+
     void perform(std::function<void()> work) override { performAfter(0, std::move(work)); }
     void performAfter(Seconds seconds, std::function<void()> work) override {
-        const std::lock_guard guard(lock);
-        waiting.emplace(now + seconds, std::move(work));
+        add(false, clocks.awake + std::max(0.0, seconds), std::move(work));
+    }
+    /// On the boot-time clock: goes on while the machine sleeps.
+    void performCountingSleep(Seconds seconds, std::function<void()> work) {
+        add(true, clocks.sinceBoot + seconds, std::move(work));
     }
 
     /// Runs what is ready, and what becomes ready by that.
     void turn() { pass(0); }
-    void pass(Seconds seconds) {
-        const Seconds end = now + seconds;
-        while (const auto work = nextUntil(end))
-            work();
-        now = end;
+    /// Runs all that falls due in the next `seconds` awake, and calls `afterEach` after every event.
+    void pass(Seconds seconds, const std::function<void()>& afterEach = [] {}) {
+        const Seconds end = clocks.awake + seconds;
+        while (runNext(std::max(0.0, end - clocks.awake))) // events take time themselves
+            afterEach();
+        clocks.pass(std::max(0.0, end - clocks.awake));
     }
 
-    std::function<void()> nextUntil(Seconds end) {
-        const std::lock_guard guard(lock);
-        if (waiting.empty() || waiting.begin()->first > end)
-            return nullptr;
-        now = waiting.begin()->first;
-        return std::move(waiting.extract(waiting.begin()).mapped());
+  private:
+    struct Event {
+        bool countsSleep;
+        Seconds due;
+        std::function<void()> work;
+    };
+    void add(bool countsSleep, Seconds due, std::function<void()> work) {
+        const std::lock_guard guard(lock_);
+        events_.push_back({countsSleep, due, std::move(work)});
+    }
+    [[nodiscard]] Seconds remaining(const Event& event) const {
+        return std::max(0.0, event.due - (event.countsSleep ? clocks.sinceBoot : clocks.awake));
+    }
+    bool runNext(Seconds within) {
+        std::unique_lock guard(lock_);
+        // Of several the first that was added.
+        const auto next =
+            std::ranges::min_element(events_, {}, [this](const Event& each) { return remaining(each); });
+        if (next == events_.end() || remaining(*next) > within)
+            return false;
+        clocks.pass(remaining(*next));
+        const auto work = std::move(next->work);
+        events_.erase(next);
+        guard.unlock();
+        work();
+        return true;
     }
 
-    std::mutex lock;
-    Seconds now = 0;
-    std::multimap<Seconds, std::function<void()>> waiting;
+    std::mutex lock_;
+    std::vector<Event> events_;
 };
 
 /// A sleep setting in memory that records its writes, the failed ones too, and fails on demand.
