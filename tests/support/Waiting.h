@@ -8,7 +8,7 @@
 namespace wakeloft {
 
 /// Looks until `condition` holds, at most `timeoutMs`: the milliseconds that it took, or nothing. Pauses
-/// between two looks, as what is waited for needs the processor; a figure may want no pause.
+/// between two looks, as what is waited for needs the processor.
 inline std::optional<double> comesTrue(const std::function<bool()>& condition, double timeoutMs = 10'000,
                                        std::chrono::milliseconds pause = std::chrono::milliseconds(10)) {
     using Clock = std::chrono::steady_clock;

@@ -1,6 +1,7 @@
 #include "system/Laptop.h"
 
 #include "lease/LidHelperService.h"
+#include "support/AskBus.h"
 #include "support/Shell.h"
 #include "support/Waiting.h"
 
@@ -80,8 +81,9 @@ int Laptop::inhibitors(const std::string& what) {
 }
 
 std::optional<double> Laptop::waitFor(const std::string& what, int count) {
-    constexpr std::chrono::milliseconds noPause(0);
-    return comesTrue([&] { return inhibitors(what) == count; }, patienceMs, noPause);
+    // The login manager looks after ended inhibitors only while nobody asks it anything.
+    constexpr std::chrono::milliseconds pause(1);
+    return comesTrue([&] { return inhibitors(what) == count; }, patienceMs, pause);
 }
 
 Laptop::Lasting Laptop::lasting(const char* what, const std::string& kind, int rounds,
@@ -115,6 +117,11 @@ void Laptop::signalHelper(int number) {
     const pid_t process = helper();
     ASSERT_GT(process, 0) << "the helper does not run";
     kill(process, number);
+}
+
+void Laptop::waitForHelpersAnswers() {
+    const auto answer = askBus(bus_.get(), LidHelperService::label, "/", "org.freedesktop.DBus.Peer", "Ping");
+    EXPECT_TRUE(answer) << answer.error; // which it sends after the others
 }
 
 } // namespace wakeloft

@@ -41,7 +41,7 @@ class Laptop {
     static constexpr const char* lock = "sleep:handle-lid-switch";
     int sessions() { return inhibitors(session); }
     int locks() { return inhibitors(lock); }
-    /// Looks without a pause: the milliseconds until there were so many.
+    /// The milliseconds until there were so many.
     std::optional<double> waitFor(const std::string& what, int count);
     std::optional<double> waitForSessions(int count) { return waitFor(session, count); }
     std::optional<double> waitForLocks(int count) { return waitFor(lock, count); }
@@ -56,6 +56,8 @@ class Laptop {
     pid_t helper();
     /// To the helper, which is to run.
     void signalHelper(int number);
+    /// Until the helper has answered all that it was asked so far: a lock is there before its asker knows.
+    void waitForHelpersAnswers();
 
   private:
     std::unique_ptr<SdEventMainRunLoop> loop_ = std::move(SdEventMainRunLoop::create().value());

@@ -82,7 +82,8 @@ std::string RunningApp::trayTitle() {
 }
 
 bool RunningApp::showsTitle(const std::string& title) {
-    const bool isShown = comesTrue([&] { return trayTitle() == title; }).has_value();
+    constexpr double patienceForRestartsMs = 20'000;
+    const bool isShown = comesTrue([&] { return trayTitle() == title; }, patienceForRestartsMs).has_value();
     EXPECT_TRUE(isShown) << trayTitle() << ": " << output();
     return isShown;
 }
